@@ -1,0 +1,127 @@
+// support.cpp: the unit tests' shared set-up and their main.
+#include "tests/support.h"
+
+#include <stdio.h>
+
+int g_watermarkRequests;
+TODAYDRAWWATERMARKINFO g_lastWatermark;
+
+std::wstring TestRoot()
+{
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    wchar_t root[MAX_PATH];
+    swprintf(root, MAX_PATH, L"%squorvane-unit-%lu", temp, GetCurrentProcessId());
+    return root;
+}
+
+void DeleteTree(const std::wstring &path)
+{
+    WIN32_FIND_DATAW fd;
+    HANDLE find = FindFirstFileW((path + L"\\*").c_str(), &fd);
+    if (find != INVALID_HANDLE_VALUE) {
+        do {
+            std::wstring name = fd.cFileName;
+            if (name == L"." || name == L"..")
+                continue;
+            std::wstring child = path + L"\\" + name;
+            if (fd.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
+                DeleteTree(child);
+            else
+                DeleteFileW(child.c_str());
+        } while (FindNextFileW(find, &fd));
+        FindClose(find);
+    }
+    RemoveDirectoryW(path.c_str());
+}
+
+void DeleteItemKey()
+{
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, QUORVANE_KEY);
+}
+
+DWORD RegistryDword(LPCWSTR name, DWORD missing)
+{
+    DWORD v;
+    return ReadSettingDword(name, &v) ? v : missing;
+}
+
+static LRESULT CALLBACK ParentProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == TODAYM_DRAWWATERMARK) {
+        g_watermarkRequests++;
+        g_lastWatermark = *reinterpret_cast<TODAYDRAWWATERMARKINFO *>(lParam);
+        return 1;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+HWND CreateParentWindow()
+{
+    static bool registered;
+    if (!registered) {
+        WNDCLASSW wc = {};
+        wc.lpfnWndProc = ParentProc;
+        wc.hInstance = GetModuleHandleW(nullptr);
+        wc.lpszClassName = L"QuorvaneTestParent";
+        RegisterClassW(&wc);
+        registered = true;
+    }
+    g_watermarkRequests = 0;
+    return CreateWindowExW(0, L"QuorvaneTestParent", L"parent", WS_POPUP, 0, 0, 480, 640, nullptr,
+                           nullptr, GetModuleHandleW(nullptr), nullptr);
+}
+
+void DeviceTest::SetUp()
+{
+    std::wstring root = TestRoot();
+    DeleteTree(root);
+    fake::Reset(root);
+    DeleteItemKey();
+    Attach();
+}
+
+void DeviceTest::Attach()
+{
+    // Start-up owns these handles; a second start-up in one test must not
+    // leak them, nor paint the old background over what the test drew.
+    if (g_item.instance) {
+        g_item.showTaskbarIcon = false;
+        ClearCache(item_);
+    }
+    ASSERT_TRUE(AttachModule(GetModuleHandleW(nullptr)));
+}
+
+HWND DeviceTest::CreateItem(bool enabled)
+{
+    parent_ = CreateParentWindow();
+    tli_ = TODAYLISTITEM();
+    lstrcpyW(tli_.szName, L"Quorvane");
+    tli_.tlit = tlitCustom;
+    tli_.fEnabled = enabled;
+    item_ = InitializeCustomItem(&tli_, parent_);
+    return item_;
+}
+
+void DeviceTest::TearDown()
+{
+    if (item_) {
+        ClearCache(item_);
+        DestroyWindow(item_);
+    } else {
+        ClearCache(nullptr);
+    }
+    if (parent_)
+        DestroyWindow(parent_);
+    item_ = parent_ = nullptr;
+    DetachModule();
+    DeleteItemKey();
+}
+
+int main(int argc, char **argv)
+{
+    ::testing::InitGoogleTest(&argc, argv);
+    int rc = RUN_ALL_TESTS();
+    DeleteTree(TestRoot());
+    return rc;
+}
