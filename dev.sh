@@ -1,0 +1,58 @@
+#!/bin/bash
+# dev.sh: installs what is missing, builds, and runs the Today host or the tests.
+#   ./dev.sh run [host options]   build and run the desktop Today host (a screenshot without a display)
+#   ./dev.sh test                 build and run every test
+#   ./dev.sh build                build only
+set -euo pipefail
+cd "$(dirname "$0")"
+BUILD=${QUORVANE_BUILD:-build}
+PACKAGES="cmake make python3 g++-mingw-w64-x86-64-posix wine wine64 xvfb xauth googletest iproute2"
+XVFB_SCREEN="-screen 0 1280x1024x24"
+
+install_missing() {
+    local missing=()
+    for p in $PACKAGES; do
+        dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "ok installed" || missing+=("$p")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    local sudo=""
+    [ "$(id -u)" -ne 0 ] && sudo="sudo"
+    echo "dev.sh: installing ${missing[*]}"
+    $sudo apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+}
+
+build() {
+    install_missing
+    cmake -S . -B "$BUILD" -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+    cmake --build "$BUILD" -j "$(nproc)"
+}
+
+
+case "${1:-}" in
+run)
+    shift
+    build
+    if [ -n "${DISPLAY:-}" ]; then
+        "$BUILD/wine-run.sh" "$BUILD/todayhost.exe" "$@"
+    else
+        shot="$PWD/quorvane-today.png"
+        [ $# -eq 0 ] && set -- --seconds 7
+        xvfb-run -a -s "$XVFB_SCREEN" "$BUILD/wine-run.sh" "$BUILD/todayhost.exe" "$@" --screenshot "$shot"
+        echo "dev.sh: no display; the Today screen is in $shot"
+    fi
+    ;;
+test)
+    build
+    cd "$BUILD"
+    # Tests always get a virtual display of their own, whatever screen is around.
+    xvfb-run -a -s "$XVFB_SCREEN" ctest --output-on-failure --timeout 600
+    ;;
+build)
+    build
+    ;;
+*)
+    sed -n '2,6p' "$0" | sed 's/^# \{0,1\}//'
+    exit 2
+    ;;
+esac

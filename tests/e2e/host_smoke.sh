@@ -1,0 +1,56 @@
+#!/bin/sh
+# host_smoke.sh: the desktop Today host loads the real DLL, refreshes, screenshots, and settings are defaulted.
+set -u
+BUILD=${1:?usage: host_smoke.sh BUILD_DIR}
+RUN="$BUILD/wine-run.sh"
+KEY='HKLM\Software\Microsoft\Today\Items\Quorvane'
+OUT=$(mktemp -d)
+trap 'rm -rf "$OUT"' EXIT
+fail() { echo "host_smoke: $*"; exit 1; }
+
+x86_64-w64-mingw32-objdump -p "$BUILD/quorvane.dll" > "$OUT/exports.txt" || fail "objdump failed"
+grep -q 'Ordinal Base.*240' "$OUT/exports.txt" || fail "no ordinal base 240"
+grep -Eq '\+base\[ *240\].*' "$OUT/exports.txt" && grep -Eq '\+base\[ *241\]' "$OUT/exports.txt" \
+    || fail "ordinals 240 and 241 not exported"
+
+"$RUN" reg delete "$KEY" /f >/dev/null 2>&1
+
+size_of() {   # prints "W H" of a PNG
+    python3 -c 'import struct,sys; d=open(sys.argv[1],"rb").read(24); assert d[:8]==b"\x89PNG\r\n\x1a\n"; print(*struct.unpack(">II", d[16:24]))' "$1"
+}
+
+"$RUN" "$BUILD/todayhost.exe" --ticks 3 --screenshot "$OUT/normal.png" || fail "host exited with $?"
+[ "$(size_of "$OUT/normal.png")" = "240 320" ] || fail "normal screenshot is not 240x320"
+
+"$RUN" "$BUILD/todayhost.exe" --screen 480x640 --seconds 3 --screenshot "$OUT/hires.png" || fail "hi-res host exited with $?"
+[ "$(size_of "$OUT/hires.png")" = "480 640" ] || fail "hi-res screenshot is not 480x640"
+
+"$RUN" "$BUILD/todayhost.exe" --disabled --seconds 1 || fail "host with a disabled item exited with $?"
+
+"$RUN" reg query "$KEY" | tr -d '\r' > "$OUT/key.txt"
+for pair in 'XLocation 0x4b' 'TIcon 0x1' 'TFormat 0x1'; do
+    name=${pair% *}
+    value=${pair#* }
+    grep -Eq "^ +$name +REG_DWORD +$value\$" "$OUT/key.txt" || { cat "$OUT/key.txt"; fail "$name is not $value"; }
+done
+
+# The taskbar drawn by the host is on the screenshot, so the capture is of the device screen.
+python3 - "$OUT/normal.png" <<'PY' || fail "screenshot does not show the Today screen"
+import struct, sys, zlib
+data = open(sys.argv[1], "rb").read()
+w, h = struct.unpack(">II", data[16:24])
+pos, idat = 8, b""
+while pos < len(data):
+    n, kind = struct.unpack(">I4s", data[pos:pos + 8])
+    if kind == b"IDAT":
+        idat += data[pos + 8:pos + 8 + n]
+    pos += 12 + n
+raw = zlib.decompress(idat)
+def px(x, y):
+    o = y * (w * 3 + 1) + 1 + x * 3
+    return tuple(raw[o:o + 3])
+assert px(120, 2) == (16, 52, 120), px(120, 2)      # taskbar
+r, g, b = px(120, 300)                             # Today background
+assert b > 200 and r > 180, (r, g, b)
+PY
+echo "host_smoke: ok"
