@@ -81,6 +81,10 @@ void OnPaint(HWND window);
 void OnTap(HWND window, LPARAM position);
 void OnTick(HWND window);
 
+// The sampling tick's parts (tick.cpp).
+bool ReadInterfaceCounters(DWORD *transmitted, DWORD *received);
+int TaskbarIconId();
+
 extern "C" {
 HWND WINAPI InitializeCustomItem(TODAYLISTITEM *item, HWND parent);
 INT_PTR WINAPI CustomItemOptionsDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

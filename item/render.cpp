@@ -1,8 +1,195 @@
 // render.cpp: the status strip: mini graph, signal icon and tool icons.
 #include "item/item.h"
+#include "item/strip.h"
+#include "resources/resource.h"
 
-void DrawStatusStrip(HWND, HDC, bool)
+namespace {
+
+struct StripIcon {
+    int x;                 // at s = 1
+    int normal, hires;
+};
+
+// Left to right, the order they are drawn in.
+const StripIcon kToolIcons[] = {
+    {69, IDI_TOOL_USAGE, IDI_TOOL_USAGE_HIRES},
+    {88, IDI_TOOL_DHCP, IDI_TOOL_DHCP_HIRES},
+    {107, IDI_TOOL_PING, IDI_TOOL_PING_HIRES},
+    {126, IDI_TOOL_ADAPTER, IDI_TOOL_ADAPTER_HIRES},
+    {145, IDI_TOOL_SCANNER, IDI_TOOL_SCANNER_HIRES},
+    {164, IDI_TOOL_CARD, IDI_TOOL_CARD_HIRES},
+    {183, IDI_TOOL_INTRUDER, IDI_TOOL_INTRUDER_HIRES},
+    {202, IDI_TOOL_APPLET17, IDI_TOOL_APPLET17_HIRES},
+    {221, IDI_TOOL_APPLET19, IDI_TOOL_APPLET19_HIRES},
+};
+
+int SignalIconId(int dbm, bool hires)
 {
+    int band;
+    if (dbm < -89)
+        band = 0;
+    else if (dbm <= -81)
+        band = 1;
+    else if (dbm <= -71)
+        band = 2;
+    else if (dbm <= -67)
+        band = 3;
+    else
+        band = 4;
+    return (hires ? IDI_SIGNAL0_HIRES : IDI_SIGNAL0) + band;
+}
+
+void DrawBackground(HDC surface, bool hires)
+{
+    HBITMAP bitmap = LoadBitmapW(g_item.instance, MAKEINTRESOURCEW(hires ? IDB_GRAPH_HIRES : IDB_GRAPH));
+    if (!bitmap)
+        return;
+    HDC memory = CreateCompatibleDC(surface);
+    if (memory) {
+        BITMAP info;
+        GetObjectW(bitmap, sizeof info, &info);
+        HGDIOBJ old = SelectObject(memory, bitmap);
+        BitBlt(surface, 0, 0, info.bmWidth, info.bmHeight, memory, 0, 0, SRCCOPY);
+        SelectObject(memory, old);
+        DeleteDC(memory);
+    }
+    DeleteObject(bitmap);
+}
+
+// One step of the graph in one colour; two ends on the baseline draw nothing.
+void GraphLine(HDC surface, HPEN pen, int x0, int h0, int x1, int h1, int base)
+{
+    if (h0 == 0 && h1 == 0)
+        return;
+    HGDIOBJ old = SelectObject(surface, pen);
+    MoveToEx(surface, x0, base - h0, nullptr);
+    LineTo(surface, x1, base - h1);
+    SelectObject(surface, old);
+}
+
+void GraphStep(HDC surface, int x0, int previous, int x1, int current, int base)
+{
+    GraphLine(surface, g_item.bluePen, x0, GraphHeight(g_item.inDeltas[previous]), x1,
+              GraphHeight(g_item.inDeltas[current]), base);
+    GraphLine(surface, g_item.redPen, x0, GraphHeight(g_item.outDeltas[previous]), x1,
+              GraphHeight(g_item.outDeltas[current]), base);
+}
+
+void DrawGraph(HDC surface, bool hires)
+{
+    int base = hires ? STRIP_GRAPH_BASELINE_HIRES : STRIP_GRAPH_BASELINE;
+    int right = hires ? STRIP_GRAPH_RIGHT_HIRES : STRIP_GRAPH_RIGHT;
+    int count = g_item.sampleCount;
+
+    DrawBackground(surface, hires);
+    if (count <= 0)
+        return;
+
+    if (count == 1) {
+        int h = GraphHeight(g_item.inDeltas[0]);
+        if (h > 0)
+            SetPixel(surface, right, base - h, RGB(0, 0, 255));
+        h = GraphHeight(g_item.outDeltas[0]);
+        if (h > 0)
+            SetPixel(surface, right, base - h, RGB(255, 0, 0));
+    } else if (count < RING_SIZE) {
+        for (int k = 1; k < count; k++) {
+            int x = right + STRIP_GRAPH_STEP * (k - count);
+            GraphStep(surface, x, k - 1, x + STRIP_GRAPH_STEP, k, base);
+        }
+    } else {
+        // Oldest to newest: ringStart..19, then 0..ringIndex when the ring has wrapped.
+        int x = right - STRIP_GRAPH_SPAN;
+        int previous = -1;
+        int start = g_item.ringStart < 0 ? 0 : g_item.ringStart;
+        for (int i = start; i < RING_SIZE; i++, x += STRIP_GRAPH_STEP) {
+            if (previous >= 0)
+                GraphStep(surface, x - STRIP_GRAPH_STEP, previous, x, i, base);
+            previous = i;
+        }
+        if (start != 0) {
+            for (int i = 0; i <= g_item.ringIndex && i < RING_SIZE; i++, x += STRIP_GRAPH_STEP) {
+                GraphStep(surface, x - STRIP_GRAPH_STEP, previous, x, i, base);
+                previous = i;
+            }
+        }
+    }
+
+    HGDIOBJ old = SelectObject(surface, g_item.silverPen);
+    MoveToEx(surface, STRIP_GRAPH_LINE_LEFT, base, nullptr);
+    LineTo(surface, hires ? STRIP_GRAPH_LINE_RIGHT_HIRES : STRIP_GRAPH_LINE_RIGHT, base);
+    SelectObject(surface, old);
+}
+
+} // namespace
+
+// At its natural size: LoadIconW would stretch a 16-pixel icon to the
+// system's icon size on the desktop.
+HICON LoadStripIcon(int id)
+{
+    return static_cast<HICON>(LoadImageW(g_item.instance, MAKEINTRESOURCEW(id), IMAGE_ICON, 0, 0, 0));
+}
+
+void DrawStripIcon(HDC dc, int id, int x, int y)
+{
+    HICON icon = LoadStripIcon(id);
+    if (!icon)
+        return;
+    DrawIconEx(dc, x, y, icon, 0, 0, 0, nullptr, DI_NORMAL);
+    DestroyIcon(icon);
+}
+
+int GraphHeight(DWORD bytes)
+{
+    int h;
+    if (bytes == 0)
+        h = 0;
+    else if (bytes < 1000)
+        h = 1;
+    else if (bytes < 10000)
+        h = bytes / 2000 + 2;
+    else if (bytes < 100000)
+        h = bytes / 20000 + 7;
+    else if (bytes < 500000)
+        h = bytes / 100000 + 12;
+    else if (bytes < 800000)
+        h = 17;
+    else
+        h = 18;
+    if (IsHiResScreen())
+        h += h / 2;
+    return h;
+}
+
+void DrawStatusStrip(HWND, HDC dc, bool fullPaint)
+{
+    bool hires = IsHiResScreen();
+    int s = hires ? 2 : 1;
+
+    if (g_item.signalDbm != g_item.lastDrawnSignal || fullPaint) {
+        DrawStripIcon(dc, SignalIconId(g_item.signalDbm, hires), STRIP_SIGNAL_X * s, STRIP_ICON_Y);
+        g_item.lastDrawnSignal = g_item.signalDbm;
+    } else if (g_item.lastDrawnSignal < -89) {
+        // The lowest band is drawn again on every refresh.
+        DrawStripIcon(dc, hires ? IDI_SIGNAL0_HIRES : IDI_SIGNAL0, STRIP_SIGNAL_X * s, STRIP_ICON_Y);
+        g_item.lastDrawnSignal = -90;
+    }
+
+    if (!g_item.surfaceDC)
+        return;
+    DrawGraph(g_item.surfaceDC, hires);
+    // The same block on both screens: the small surface is simply clipped.
+    BitBlt(dc, STRIP_GRAPH_X, hires ? STRIP_GRAPH_Y_HIRES : STRIP_GRAPH_Y, STRIP_GRAPH_COPY_WIDTH,
+           STRIP_GRAPH_COPY_HEIGHT, g_item.surfaceDC, 0, 0, SRCCOPY);
+}
+
+void DrawItem(HWND window, HDC dc, bool fullPaint)
+{
+    DrawStatusStrip(window, dc, fullPaint);
+    bool hires = IsHiResScreen();
+    int s = hires ? 2 : 1;
+    for (const StripIcon &icon : kToolIcons)
+        DrawStripIcon(dc, hires ? icon.hires : icon.normal, icon.x * s, STRIP_ICON_Y);
 }
 
 void OnPaint(HWND window)
@@ -10,8 +197,10 @@ void OnPaint(HWND window)
     HDC dc = GetDC(window);
     PAINTSTRUCT ps;
     BeginPaint(window, &ps);
-    SetBkMode(dc, TRANSPARENT);
-    DrawStatusStrip(window, dc, true);
+    if (dc) {
+        SetBkMode(dc, TRANSPARENT);
+        DrawItem(window, dc, true);
+        ReleaseDC(window, dc);
+    }
     EndPaint(window, &ps);
-    ReleaseDC(window, dc);
 }

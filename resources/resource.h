@@ -60,3 +60,91 @@
 #define IDD_OPT_ADAPTER    112
 #define IDD_OPT_OPTIONS    107
 #define IDD_OPT_ABOUT      108
+
+// CSV export dialog (opened from the usage dialog).
+#define IDD_EXPORT            171
+#define IDC_EXPORT_FROM       1030
+#define IDC_EXPORT_TO         1072
+#define IDC_EXPORT_FILE       1073
+#define IDC_EXPORT_KEYBOARD   1095
+#define IDC_EXPORT_NO_CONTROL 1007   // asked for the focus, but not in this template
+
+// Live traffic graph dialog (IDD_LIVEGRAPH above): its background image.
+#define IDB_LIVEGRAPH         177
+
+// Usage dialog (IDD_USAGE, IDD_USAGE_WIDE above): controls, header icons, chart and table images.
+#define IDC_USAGE_TITLE          1065
+#define IDC_USAGE_DATE           1031
+#define IDC_USAGE_MODE           1007
+#define IDI_USAGE_TABLE          122
+#define IDI_USAGE_CHART          120
+#define IDI_USAGE_EXPORT         158
+#define IDI_USAGE_TABLE_HIRES    206
+#define IDI_USAGE_CHART_HIRES    204
+#define IDI_USAGE_EXPORT_HIRES   205
+#define IDB_USAGE_CHART_DAILY    156
+#define IDB_USAGE_CHART_HOURLY   157
+#define IDB_USAGE_TABLE_DAILY    182
+#define IDB_USAGE_TABLE_HOURLY   183
+#define IDB_USAGE_PAGES          184
+
+// Taskbar status icons by traffic state and signal band, lowest band first (see TaskbarIconId).
+#define IDI_TASKBAR_BOTH0_HIRES  212
+#define IDI_TASKBAR_BOTH1_HIRES  213
+#define IDI_TASKBAR_BOTH2_HIRES  214
+#define IDI_TASKBAR_BOTH3_HIRES  216
+#define IDI_TASKBAR_BOTH4_HIRES  217
+#define IDI_TASKBAR_IDLE0_HIRES  218
+#define IDI_TASKBAR_IDLE1_HIRES  219
+#define IDI_TASKBAR_IDLE2_HIRES  220
+#define IDI_TASKBAR_IDLE3_HIRES  221
+#define IDI_TASKBAR_IDLE4_HIRES  222
+#define IDI_TASKBAR_RECV0_HIRES  223
+#define IDI_TASKBAR_RECV1_HIRES  224
+#define IDI_TASKBAR_RECV2_HIRES  225
+#define IDI_TASKBAR_RECV3_HIRES  226
+#define IDI_TASKBAR_RECV4_HIRES  227
+#define IDI_TASKBAR_SEND0_HIRES  228
+#define IDI_TASKBAR_SEND1_HIRES  229
+#define IDI_TASKBAR_SEND2_HIRES  230
+#define IDI_TASKBAR_SEND3_HIRES  231
+#define IDI_TASKBAR_SEND4_HIRES  232
+#define IDI_TASKBAR_BOTH0        233
+#define IDI_TASKBAR_BOTH1        234
+#define IDI_TASKBAR_BOTH2        235
+#define IDI_TASKBAR_BOTH3        236
+#define IDI_TASKBAR_BOTH4        237
+#define IDI_TASKBAR_IDLE0        238
+#define IDI_TASKBAR_IDLE1        239
+#define IDI_TASKBAR_IDLE2        240
+#define IDI_TASKBAR_IDLE3        241
+#define IDI_TASKBAR_IDLE4        242
+#define IDI_TASKBAR_RECV0        243
+#define IDI_TASKBAR_RECV1        244
+#define IDI_TASKBAR_RECV2        245
+#define IDI_TASKBAR_RECV3        246
+#define IDI_TASKBAR_RECV4        247
+#define IDI_TASKBAR_SEND0        248
+#define IDI_TASKBAR_SEND1        249
+#define IDI_TASKBAR_SEND2        250
+#define IDI_TASKBAR_SEND3        251
+#define IDI_TASKBAR_SEND4        252
+
+// Signal strength view (IDD_SIGNAL above): its graph background.
+#define IDB_SIGNALGRAPH          178
+
+// 802.11 scanner (IDD_SCANNER above): list icons, open and encrypted per signal band.
+#define IDI_SCAN_OPEN0           146
+#define IDI_SCAN_LOCKED0         147
+#define IDI_SCAN_OPEN1           148
+#define IDI_SCAN_LOCKED1         149
+#define IDI_SCAN_OPEN2           150
+#define IDI_SCAN_LOCKED2         151
+#define IDI_SCAN_OPEN3           152
+#define IDI_SCAN_LOCKED3         153
+#define IDI_SCAN_OPEN4           154
+#define IDI_SCAN_LOCKED4         155
+
+// Intruder detector (IDD_INTRUDER above): row icons.
+#define IDI_HOST_INTRUDER        186
+#define IDI_HOST_SAFE            187

@@ -1,5 +1,6 @@
 // fake_platform.cpp: a device whose every answer a test sets.
 #include "platform/fake/fake.h"
+#include "platform/fake/fake_wireless.h"
 
 #include <shlobj.h>
 #include <string.h>
@@ -96,6 +97,7 @@ void Reset(const std::wstring &root)
     CreateDirectoryW(g_device.personal.c_str(), nullptr);
     g_device.messageBoxAnswer = IDOK;
     g_device.dialogAnswer = IDOK;
+    ResetWireless();
 }
 
 COLORREF ScreenPixel(int x, int y)

@@ -1,7 +1,7 @@
 """artlib.py: a small dependency-free RGBA drawing library for the build's images.
 
-Colours are (r, g, b) or (r, g, b, a) tuples of 0..255; hex strings "#rrggbb" and
-"#rrggbbaa" are accepted wherever a colour is. Coordinates are pixels with the
+Colours are (r, g, b) or (r, g, b, a) tuples of 0..255; hex strings "#rgb", "#rgba",
+"#rrggbb" and "#rrggbbaa" are accepted wherever a colour is. Coordinates are pixels with the
 origin at the top left; (x, y) names the pixel whose centre is (x + 0.5, y + 0.5).
 
 Image(width, height, color=TRANSPARENT)
@@ -65,6 +65,8 @@ def rgb(c):
     """Normalises a colour to an (r, g, b, a) tuple."""
     if isinstance(c, str):
         s = c.lstrip("#")
+        if len(s) in (3, 4):
+            s = "".join(ch * 2 for ch in s)
         if len(s) == 6:
             return (int(s[0:2], 16), int(s[2:4], 16), int(s[4:6], 16), 255)
         if len(s) == 8:

@@ -1,0 +1,79 @@
+// wireless_win32.cpp: the wireless driver: the device's NDIS user-mode I/O driver; none yet on a desktop.
+#include "platform/wireless.h"
+
+namespace platform {
+
+#ifdef _WIN32_WCE
+
+HANDLE OpenWirelessDevice()
+{
+    HANDLE device = CreateFileW(L"UIO1:", 0, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return device == INVALID_HANDLE_VALUE ? nullptr : device;
+}
+
+void CloseWirelessDevice(HANDLE device)
+{
+    if (device)
+        CloseHandle(device);
+}
+
+BOOL QueryBinding(HANDLE device, BYTE *buffer, DWORD size)
+{
+    NDISUIO_QUERY_BINDING *binding = reinterpret_cast<NDISUIO_QUERY_BINDING *>(buffer);
+    binding->BindingIndex = 0;
+    DWORD returned = 0;
+    return DeviceIoControl(device, IOCTL_NDISUIO_QUERY_BINDING, buffer, sizeof *binding, buffer, size,
+                           &returned, nullptr);
+}
+
+BOOL QueryOid(HANDLE device, LPCWSTR name, NDIS_OID oid, BYTE *buffer, DWORD size)
+{
+    NDISUIO_QUERY_OID *request = reinterpret_cast<NDISUIO_QUERY_OID *>(buffer);
+    request->Oid = oid;
+    request->ptcDeviceName = const_cast<PTCHAR>(name);
+    DWORD returned = 0;
+    return DeviceIoControl(device, IOCTL_NDISUIO_QUERY_OID_VALUE, buffer, size, buffer, size, &returned,
+                           nullptr);
+}
+
+BOOL SetOid(HANDLE device, LPCWSTR name, NDIS_OID oid, BYTE *buffer, DWORD size)
+{
+    NDISUIO_SET_OID *request = reinterpret_cast<NDISUIO_SET_OID *>(buffer);
+    request->Oid = oid;
+    request->ptcDeviceName = const_cast<PTCHAR>(name);
+    DWORD returned = 0;
+    return DeviceIoControl(device, IOCTL_NDISUIO_SET_OID_VALUE, buffer, size, buffer, size, &returned,
+                           nullptr);
+}
+
+#else
+
+// A desktop has no NDIS user-mode I/O driver: it answers as a device
+// without a wireless adapter does.
+HANDLE OpenWirelessDevice()
+{
+    return nullptr;
+}
+
+void CloseWirelessDevice(HANDLE)
+{
+}
+
+BOOL QueryBinding(HANDLE, BYTE *, DWORD)
+{
+    return FALSE;
+}
+
+BOOL QueryOid(HANDLE, LPCWSTR, NDIS_OID, BYTE *, DWORD)
+{
+    return FALSE;
+}
+
+BOOL SetOid(HANDLE, LPCWSTR, NDIS_OID, BYTE *, DWORD)
+{
+    return FALSE;
+}
+
+#endif
+
+} // namespace platform

@@ -1,0 +1,70 @@
+#!/bin/sh
+# livegraph_screen.sh: a tap on the strip's graph opens the live graph; the screenshot shows it, on four screens.
+set -u
+BUILD=${1:?usage: livegraph_screen.sh BUILD_DIR}
+RUN="$BUILD/wine-run.sh"
+OUT=$(mktemp -d)
+trap 'rm -rf "$OUT"' EXIT
+fail() { echo "livegraph_screen: $*"; exit 1; }
+
+[ -x "$RUN" ] && [ -f "$BUILD/todayhost.exe" ] || { echo "livegraph_screen: no host built"; exit 77; }
+
+# Screen, tap inside the graph area (item coordinates), scale.
+for case in 240x320:10,10:1 480x640:20,20:2 320x240:10,10:1 640x480:20,20:2; do
+    screen=${case%%:*}
+    rest=${case#*:}
+    tap=${rest%:*}
+    scale=${rest#*:}
+    shot="$OUT/livegraph-$screen.png"
+    # Long enough for two ticks (a first sample, so the scale labels show)
+    # and a repaint of the graph after them.
+    "$RUN" "$BUILD/todayhost.exe" --screen "$screen" --tap "$tap" --seconds 8 --screenshot "$shot" \
+        || fail "host on $screen exited with $?"
+    python3 - "$shot" "$scale" <<'PY' || fail "the $screen screenshot does not show the live graph"
+import struct, sys, zlib
+data = open(sys.argv[1], "rb").read()
+s = int(sys.argv[2])
+w, h = struct.unpack(">II", data[16:24])
+pos, idat = 8, b""
+while pos < len(data):
+    n, kind = struct.unpack(">I4s", data[pos:pos + 8])
+    if kind == b"IDAT":
+        idat += data[pos + 8:pos + 8 + n]
+    pos += 12 + n
+raw = zlib.decompress(idat)
+def px(x, y):
+    o = y * (w * 3 + 1) + 1 + x * 3
+    return tuple(raw[o:o + 3])
+
+RED, BLUE, WHITE = (255, 0, 0), (0, 0, 255), (255, 255, 255)
+# The background's legend: a red bar (3 x 9 at scale 1) over a blue one 14
+# below, at surface (178, 15). The strip's own legend lies above y 50 s.
+def bar(x, y, colour):
+    return all(px(x + i, y + j) == colour for i in range(3 * s) for j in range(9 * s))
+found = None
+for y in range(50 * s, h - 30 * s):
+    for x in range(0, w - 3 * s):
+        if px(x, y) == RED and bar(x, y, RED) and px(x, y - 1) != RED and px(x - 1, y) != RED \
+                and bar(x, y + 14 * s, BLUE):
+            found = (x, y)
+            break
+    if found:
+        break
+assert found, "no live graph legend below the strip"
+ox, oy = found[0] - 178 * s, found[1] - 15 * s      # the painted surface's origin
+assert ox >= 0 and oy >= 0 and ox + 210 * s <= w and oy + 120 * s <= h, ("surface off screen", ox, oy)
+S = lambda x, y: px(ox + x * s, oy + y * s)
+# White around the image, the image's frame and axis where the painter's baseline is.
+assert S(1, 1) == WHITE and S(20, 116) == WHITE, (S(1, 1), S(20, 116))
+r, g, b = S(100, 114)
+assert b > r + 20 and r < 120, ("baseline", (r, g, b))
+# Scale labels (drawn once there is a sample): dark ink in the top label box.
+ink = sum(1 for y in range(7 * s, 22 * s) for x in range(2 * s, 29 * s) if sum(px(ox + x, oy + y)) < 200)
+assert ink > 5 * s, ("no scale label", ink)
+# The dialog sits on the device screen, under the taskbar's top edge.
+assert oy > 16 * s, oy
+print("livegraph_screen: %s surface at %d,%d" % (sys.argv[1].rsplit("-", 1)[1], ox, oy))
+PY
+done
+[ -n "${LIVEGRAPH_SHOTS:-}" ] && mkdir -p "$LIVEGRAPH_SHOTS" && cp "$OUT"/*.png "$LIVEGRAPH_SHOTS"/
+echo "livegraph_screen: ok"

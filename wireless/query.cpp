@@ -1,0 +1,117 @@
+// query.cpp: the wireless adapter's name and signal through the driver, and the channel rule.
+#include "wireless/wireless.h"
+#include "item/item.h"
+#include "platform/platform.h"
+#include "platform/wireless.h"
+
+#include <stdlib.h>
+#include <string.h>
+
+DWORD WirelessSinceTick;
+DWORD WirelessLostValue = 0xFFFFFFFF;
+
+static DWORD ReadDword(const BYTE *p)
+{
+    DWORD v;
+    memcpy(&v, p, sizeof v);
+    return v;
+}
+
+void BindingNameFromRecord(const BYTE *answer, DWORD size, WCHAR *name, int chars)
+{
+    name[0] = 0;
+    if (chars < 1 || size < sizeof(NDISUIO_QUERY_BINDING))
+        return;
+    DWORD offset = ReadDword(answer + offsetof(NDISUIO_QUERY_BINDING, DeviceNameOffset));
+    DWORD length = ReadDword(answer + offsetof(NDISUIO_QUERY_BINDING, DeviceNameLength));
+    if (offset >= size)
+        return;
+    if (length > size - offset)
+        length = size - offset;
+    DWORD count = length / sizeof(WCHAR);
+    if (count > (DWORD)chars - 1)
+        count = chars - 1;
+    memcpy(name, answer + offset, count * sizeof(WCHAR));
+    name[count] = 0;
+}
+
+void QueryBindingName(HANDLE device, BYTE *buffer, WCHAR *name)
+{
+    name[0] = 0;
+    if (platform::QueryBinding(device, buffer, WIRELESS_BUFFER_SIZE))
+        BindingNameFromRecord(buffer, WIRELESS_BUFFER_SIZE, name, WIRELESS_NAME_CHARS);
+}
+
+// The history moves one place towards the oldest; the newest slot is then
+// the caller's to fill.
+static void ShiftSignalHistory()
+{
+    memmove(g_item.signalHistory, g_item.signalHistory + 1,
+            (SIGNAL_HISTORY_SIZE - 1) * sizeof g_item.signalHistory[0]);
+}
+
+static int NoWireless()
+{
+    g_item.signalHistory[SIGNAL_HISTORY_SIZE - 1] = NO_SIGNAL;
+    if (g_item.signalTiming) {
+        g_item.signalTiming = false;
+        WirelessLostValue = WirelessSinceTick - platform::GetTickCount();
+    }
+    return 0;
+}
+
+int QuerySignal()
+{
+    g_item.signalDbm = NO_SIGNAL;
+    HANDLE device = platform::OpenWirelessDevice();
+    if (!device) {
+        ShiftSignalHistory();
+        return NoWireless();
+    }
+    BYTE *buffer = static_cast<BYTE *>(calloc(1, WIRELESS_BUFFER_SIZE));
+    if (!buffer) {
+        platform::CloseWirelessDevice(device);
+        return 1;
+    }
+
+    WCHAR name[WIRELESS_NAME_CHARS];
+    QueryBindingName(device, buffer, name);
+    if (!name[0]) {
+        free(buffer);
+        platform::CloseWirelessDevice(device);
+        ShiftSignalHistory();
+        return NoWireless();
+    }
+
+    if (!g_item.signalTiming) {
+        g_item.signalTiming = true;
+        WirelessSinceTick = platform::GetTickCount();
+    }
+
+    int reading = NO_SIGNAL;
+    if (platform::QueryOid(device, name, OID_802_11_RSSI, buffer, WIRELESS_BUFFER_SIZE))
+        reading = (LONG)ReadDword(OidData(buffer));
+    g_item.signalDbm = reading;
+    ShiftSignalHistory();
+    g_item.signalHistory[SIGNAL_HISTORY_SIZE - 1] = reading;
+
+    // An adapter that is not associated still reports a level: the history
+    // keeps it, the strip shows no signal.
+    if (!platform::QueryOid(device, name, OID_802_11_BSSID, buffer, WIRELESS_BUFFER_SIZE))
+        g_item.signalDbm = NO_SIGNAL;
+    free(buffer);
+    platform::CloseWirelessDevice(device);
+    return 1;
+}
+
+// Channels 1-14 in 5 MHz steps from 2412 MHz, channel 14 included at
+// 2477 MHz; only these exact values are known.
+int ChannelFromFrequency(DWORD frequency)
+{
+    for (int channel = 1; channel <= 14; channel++) {
+        DWORD kHz = 2412000 + 5000 * (channel - 1);
+        if (frequency == kHz || frequency == kHz / 100)
+            return channel;
+    }
+    return NO_CHANNEL;
+}

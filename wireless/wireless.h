@@ -1,0 +1,29 @@
+// wireless.h: the wireless query layer: the driver's adapter name, the signal reading of every tick, channels.
+#pragma once
+
+#include <windows.h>
+
+#define WIRELESS_NAME_CHARS 128
+#define NO_CHANNEL (-1)
+
+// The wireless adapter's comings and goings. WirelessSeen is the item's
+// signal timing flag (g_item.signalTiming), cleared at start-up.
+extern DWORD WirelessSinceTick;   // GetTickCount() when the adapter was first seen after an absence
+extern DWORD WirelessLostValue;   // WirelessSinceTick minus the tick count when it went; -1 until then
+
+// The adapter name out of the driver's answer to the binding query (`size`
+// bytes): the name the record points at, cut to what lies inside the answer
+// and fits `chars` characters; empty when there is none.
+void BindingNameFromRecord(const BYTE *answer, DWORD size, WCHAR *name, int chars);
+
+// The binding query on an open device, in the query's buffer of
+// WIRELESS_BUFFER_SIZE bytes; the name is empty when the query fails.
+void QueryBindingName(HANDLE device, BYTE *buffer, WCHAR *name);
+
+// Every tick: updates SignalDbm, SignalHistory and the presence values.
+// Returns 1 when a wireless adapter was there, else 0.
+int QuerySignal();
+
+// The channel of a DS configuration given in kHz or in units of 100 kHz
+// (adapters differ), or NO_CHANNEL.
+int ChannelFromFrequency(DWORD frequency);
