@@ -36,11 +36,11 @@ const LiveGraphScale kLadder[] = {
 const LiveGraphScale kLadderTop = {1024000000, {L">10MB", L"8MB", L"6MB", L"4MB", L"2MB"}};
 
 // The dialog's own drawing objects, alive from its opening to its closing command.
-struct LiveGraphDialog {
+struct GraphDialogState {
     HPEN transmittedPen, receivedPen;
     bool timerRunning;
 };
-LiveGraphDialog g_graph;
+GraphDialogState g_graph;
 
 int Scale()
 {

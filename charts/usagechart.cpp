@@ -132,7 +132,9 @@ void PaintBars(HDC dc, int mode, const double *transmitted, const double *receiv
         int pr = UsageBarPercent(received[slot], scale->fullScale);
         if (pt == 0 && pr == 0)
             continue;
-        int x = (mode == USAGE_HOURLY ? USAGE_CHART_X + (slot + 1) * USAGE_HOURLY_STEP : USAGE_CHART_X + slot * USAGE_DAILY_STEP) * s;
+        // Hour 0 already stands one step in; day 1 one step in too.
+        int step = mode == USAGE_HOURLY ? (slot + 1) * USAGE_HOURLY_STEP : slot * USAGE_DAILY_STEP;
+        int x = (USAGE_CHART_X + step) * s;
         int base = (baseLine + USAGE_CHART_Y) * s;
         // The taller bar first, the shorter in front of it; equal ones once, red.
         if (pt >= pr) {

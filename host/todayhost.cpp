@@ -207,8 +207,19 @@ LRESULT CALLBACK TaskbarProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
         HGDIOBJ oldFont = SelectObject(dc, font);
         SetBkMode(dc, TRANSPARENT);
         SetTextColor(dc, RGB(255, 255, 255));
-        RECT start = {6 * s, 0, 60 * s, rc.bottom};
-        DrawTextW(dc, L"Start", -1, &start, DT_SINGLELINE | DT_VCENTER | DT_LEFT);
+        // The start flag, four panes, as the device's taskbar shows it; no
+        // text, so the item's taskbar icon at XLocation has room.
+        static const COLORREF panes[4] = {RGB(230, 60, 40), RGB(90, 180, 60), RGB(40, 120, 230),
+                                          RGB(250, 200, 40)};
+        int pane = 7 * s, gap = s, top = (rc.bottom - 2 * pane - gap) / 2;
+        for (int i = 0; i < 4; i++) {
+            RECT r = {6 * s + (i % 2) * (pane + gap), top + (i / 2) * (pane + gap), 0, 0};
+            r.right = r.left + pane;
+            r.bottom = r.top + pane;
+            HBRUSH b = CreateSolidBrush(panes[i]);
+            FillRect(dc, &r, b);
+            DeleteObject(b);
+        }
         SYSTEMTIME now;
         GetLocalTime(&now);
         wchar_t clock[16];

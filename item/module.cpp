@@ -1,6 +1,7 @@
 // module.cpp: attach and detach, the item window and its cache messages.
 #include "item/item.h"
 #include "platform/platform.h"
+#include "wireless/wireless.h"
 
 #include <commctrl.h>
 #include <shlobj.h>
@@ -130,6 +131,7 @@ void InitializeItemState()
 
     CaptureTaskbarBackground();
     g_item.signalTiming = false;
+    WirelessLostValue = 0xFFFFFFFF;
 }
 
 BOOL AttachModule(HINSTANCE instance)

@@ -1,5 +1,6 @@
 // item_test.cpp: start-up, settings and the Today screen's cache messages.
 #include "tests/support.h"
+#include "wireless/wireless.h"
 
 #include <shlobj.h>
 
@@ -29,6 +30,15 @@ TEST_F(ItemStartup, DefaultsAreUsedAndWrittenBack)
     EXPECT_NE(nullptr, g_item.taskbarBackground);
     EXPECT_FALSE(g_item.gdiReady);
     EXPECT_FALSE(g_item.timerRunning);
+}
+
+TEST_F(ItemStartup, StartUpForgetsTheWirelessAdapterLeaving)
+{
+    WirelessLostValue = 1234;
+    g_item.signalTiming = true;
+    Attach();
+    EXPECT_EQ(0xFFFFFFFFu, WirelessLostValue);
+    EXPECT_FALSE(g_item.signalTiming);
 }
 
 TEST_F(ItemStartup, XLocationIsClampedTo639AndWrittenBack)

@@ -117,45 +117,27 @@ TEST_F(Sampling, RingsFillThenTurnOverOneSlotAtATime)
 {
     AddAdapter("{ETH}", MIB_IF_TYPE_ETHERNET, 4);
     OnTick(nullptr);
+    struct {
+        DWORD tick;
+        int count, index, start;
+    } checks[] = {{1, 1, 0, 0}, {2, 2, 1, 0}, {20, 20, 19, 0}, {21, 20, 0, 1}, {40, 20, 19, 0}, {41, 20, 0, 1}};
+    size_t next = 0;
     DWORD out = 0;
     for (DWORD k = 1; k <= 41; k++) {
-        out += k;                      // the k-th increment is k
+        out += k;   // the k-th increment is k
         Counters(2 * out, out);
         OnTick(nullptr);
-        if (k == 1) {
-            EXPECT_EQ(1, g_item.sampleCount);
-            EXPECT_EQ(0, g_item.ringIndex);
-            EXPECT_EQ(0, g_item.ringStart);
-        }
-        if (k == 2) {
-            EXPECT_EQ(2, g_item.sampleCount);
-            EXPECT_EQ(1, g_item.ringIndex);
-            EXPECT_EQ(0, g_item.ringStart);
-        }
-        if (k == 20) {
-            EXPECT_EQ(20, g_item.sampleCount);
-            EXPECT_EQ(19, g_item.ringIndex);
-            EXPECT_EQ(0, g_item.ringStart);
-            for (int i = 0; i < RING_SIZE; i++)
-                EXPECT_EQ((DWORD)i + 1, g_item.outDeltas[i]);
-        }
+        if (checks[next].tick != k)
+            continue;
+        EXPECT_EQ(checks[next].count, g_item.sampleCount) << k;
+        EXPECT_EQ(checks[next].index, g_item.ringIndex) << k;
+        EXPECT_EQ(checks[next].start, g_item.ringStart) << k;
+        EXPECT_EQ(k, g_item.outDeltas[g_item.ringIndex]) << k;
+        EXPECT_EQ(2 * k, g_item.inDeltas[g_item.ringIndex]) << k;
         if (k == 21) {
-            EXPECT_EQ(20, g_item.sampleCount);
-            EXPECT_EQ(0, g_item.ringIndex);
-            EXPECT_EQ(1, g_item.ringStart);
-            EXPECT_EQ(21u, g_item.outDeltas[0]);
-            EXPECT_EQ(42u, g_item.inDeltas[0]);
-            EXPECT_EQ(2u, g_item.outDeltas[1]);
+            EXPECT_EQ(2u, g_item.outDeltas[1]);   // the rest stays
         }
-        if (k == 40) {
-            EXPECT_EQ(19, g_item.ringIndex);
-            EXPECT_EQ(0, g_item.ringStart);
-        }
-        if (k == 41) {
-            EXPECT_EQ(0, g_item.ringIndex);
-            EXPECT_EQ(1, g_item.ringStart);
-            EXPECT_EQ(41u, g_item.outDeltas[0]);
-        }
+        next++;
     }
 }
 
@@ -206,6 +188,17 @@ TEST_F(Sampling, FirstEthernetAdapterIsChosenByExactName)
         EXPECT_TRUE(ChooseAdapter());
         EXPECT_EQ(UNKNOWN_INTERFACE, g_item.interfaceIndex) << name;
     }
+}
+
+TEST_F(Sampling, AnOverlongAdapterNameIsCutNotOverrun)
+{
+    std::string name(250, 'x');
+    AddAdapter(name.c_str(), MIB_IF_TYPE_ETHERNET, 8);
+    g_item.interfaceIndex = 0x55555555;   // the field after the name
+    fake::FailCall(fake::kGetInterfaceInfo, 1);
+    EXPECT_TRUE(ChooseAdapter());
+    EXPECT_EQ(127, lstrlenW(g_item.adapterName));
+    EXPECT_EQ(0x55555555u, g_item.interfaceIndex);
 }
 
 TEST_F(Sampling, WithoutAnEthernetAdapterEveryTickReadsNothing)
@@ -326,7 +319,7 @@ TEST_F(Sampling, HiResIconSnapshotIsTwiceTheSizeAndLower)
     EXPECT_EQ(RGB(0, 150, 0), IconBackgroundPixel(31, 31));
 }
 
-TEST_F(Sampling, HiddenIconLeavesTheScreenAlone)
+TEST_F(Sampling, HiddenIconOrNoScreenSkipTheIconButNotTheLog)
 {
     WriteSettingDword(L"TIcon", 0);
     Attach();
@@ -337,17 +330,13 @@ TEST_F(Sampling, HiddenIconLeavesTheScreenAlone)
     EXPECT_EQ(nullptr, g_item.iconBackground);
     EXPECT_EQ(RGB(255, 255, 255), fake::ScreenPixel(80, 10));
     EXPECT_EQ(12u, LogBytes().size());
-}
 
-TEST_F(Sampling, NoScreenSkipsTheIconButNotTheLog)
-{
-    AddAdapter("{ETH}", MIB_IF_TYPE_ETHERNET, 4);
-    OnTick(nullptr);
+    g_item.showTaskbarIcon = true;
     fake::FailCall(fake::kGetDC, 1, true);
-    Counters(10, 10);
+    Counters(20, 20);
     OnTick(nullptr);
     EXPECT_EQ(nullptr, g_item.iconBackground);
-    EXPECT_EQ(12u, LogBytes().size());
+    EXPECT_EQ(20u, Field(LogBytes(), 4));
 }
 
 TEST_F(Sampling, TheIconIsPaintedOverTheSnapshot)

@@ -169,11 +169,11 @@ TEST_F(UsageDialog, CentredOneLargerAndNeverAboveTheTaskbar)
     EXPECT_EQ(w, again.right - again.left);   // grown once, at opening
 
     // The template's own size, one pixel larger each way.
+    HINSTANCE instance = GetModuleHandleW(nullptr);
+    HRSRC found = FindResourceW(instance, MAKEINTRESOURCEW(IDD_USAGE), RT_DIALOG);
+    auto tpl = static_cast<LPCDLGTEMPLATEW>(LockResource(LoadResource(instance, found)));
     HWND plain = CreateDialogIndirectParamW(
-        GetModuleHandleW(nullptr),
-        static_cast<LPCDLGTEMPLATEW>(LockResource(LoadResource(
-            GetModuleHandleW(nullptr), FindResourceW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDD_USAGE), RT_DIALOG)))),
-        nullptr, [](HWND, UINT m, WPARAM, LPARAM) -> INT_PTR { return m == WM_INITDIALOG; }, 0);
+        instance, tpl, nullptr, [](HWND, UINT m, WPARAM, LPARAM) -> INT_PTR { return m == WM_INITDIALOG; }, 0);
     RECT natural;
     GetWindowRect(plain, &natural);
     DestroyWindow(plain);

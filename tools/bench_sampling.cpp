@@ -139,6 +139,9 @@ int main(int argc, char **argv)
     tick();
     Measure("whole tick, 480x640 screen (32x32 icon)", rounds, tick);
 
+    g_item.showTaskbarIcon = false;
+    Measure("whole tick, taskbar icon hidden", rounds, tick);
+
     printf("month file after the run: %lu bytes\n", FileSize(path));
     DeleteFileW(path);
     return 0;

@@ -133,7 +133,13 @@ int ReleaseDC(HWND window, HDC dc)
 
 HWND FindWindowW(LPCWSTR className, LPCWSTR windowName)
 {
-    return ::FindWindowW(className, windowName);
+    HWND found = ::FindWindowW(className, windowName);
+    // The host's taskbar is a child of its emulated screen, where a top-level
+    // search does not look.
+    HWND screen = DeviceScreenWindow();
+    if (!found && screen)
+        found = ::FindWindowExW(screen, nullptr, className, windowName);
+    return found;
 }
 
 void GetLocalTime(SYSTEMTIME *time)

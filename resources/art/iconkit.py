@@ -136,6 +136,10 @@ def signal_bars(img, x, y, size, level, dark=False):
         top = bottom - h
         on = i < level
         fill = lit if on else off
+        if on and k < 2:
+            # Too narrow for a rim: a lit bar is solid, an unlit one hollow.
+            img.rect(bx, top, bw, h, darken(lit, 0.12))
+            continue
         img.rect(bx, top, bw, h, lit_edge if on else off_edge)
         inner = max(1, int(k)) if bw > 2 else 0
         if inner and bw - 2 * inner > 0 and h - 2 * inner > 0:

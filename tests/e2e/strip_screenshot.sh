@@ -5,9 +5,13 @@
 # Traffic: as root, the host runs in a network namespace of its own whose only
 # Ethernet adapter is one end of a veth pair (198.51.100.10/24); a peer namespace
 # (198.51.100.20) sends it a varying UDP load and an echo in the first namespace
-# answers with a third of it, so both counters move. Without root the strip is
-# still shot and checked, but for the traffic colours.
+# answers with a twelfth of it, so both counters move, the sent one lower.
+# Without root the strip is still shot and checked, but for the traffic colours.
 set -u
+if [ -z "${DISPLAY:-}" ]; then
+    command -v xvfb-run >/dev/null 2>&1 || { echo "strip_screenshot: no display and no xvfb-run, skipped"; exit 77; }
+    exec xvfb-run -a -s "-screen 0 1280x1024x24" sh "$0" "$@"
+fi
 BUILD=$(cd "${1:?usage: strip_screenshot.sh BUILD_DIR [KEEP_DIR]}" && pwd)
 KEEP=${2:-}
 HERE=$(cd "$(dirname "$0")" && pwd)
@@ -28,13 +32,13 @@ cleanup() {
         ip netns del "$NS_A" 2>/dev/null
         ip netns del "$NS_B" 2>/dev/null
     fi
-    [ -n "${STRIP_KEEP_TMP:-}" ] && cp "$OUT"/*.png "$STRIP_KEEP_TMP"/ 2>/dev/null; rm -rf "$OUT"
+    rm -rf "$OUT"
 }
 trap cleanup EXIT
+trap 'exit 1' INT TERM HUP
 fail() { echo "strip_screenshot: $*"; exit 1; }
 
 [ -x "$BUILD/todayhost.exe" ] || [ -f "$BUILD/todayhost.exe" ] || fail "no todayhost.exe in $BUILD"
-[ -n "${DISPLAY:-}" ] || { echo "strip_screenshot: no X display, skipped"; exit 77; }
 
 if [ "$(id -u)" = 0 ] && ip netns add "$NS_A" 2>/dev/null; then
     NETNS=1
@@ -48,7 +52,7 @@ if [ "$(id -u)" = 0 ] && ip netns add "$NS_A" 2>/dev/null; then
     ip -n "$NS_A" link set qvs$$a up
     ip -n "$NS_B" link set qvs$$b up
 
-    # The echo: answers every datagram with a third of its size.
+    # The echo: answers every datagram with a twelfth of its size.
     ip netns exec "$NS_A" python3 - "$OUT/echo.pid" <<'PY' &
 import os, socket, sys
 open(sys.argv[1], "w").write(str(os.getpid()))
@@ -56,7 +60,7 @@ s = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
 s.bind(("198.51.100.10", 7000))
 while True:
     data, peer = s.recvfrom(65536)
-    s.sendto(data[: max(1, len(data) // 3)], peer)
+    s.sendto(data[: max(1, len(data) // 12)], peer)
 PY
     # The load: a different volume every 2 s, from a few hundred bytes to a megabyte.
     ip netns exec "$NS_B" python3 - "$OUT/load.pid" <<'PY' &
@@ -87,7 +91,9 @@ while True:
     time.sleep(max(0.0, end - time.time()))
     period += 1
 PY
-    # A prefix of its own whose server lives in the namespace, so Wine sees the veth adapter.
+    # A prefix of its own whose server lives in the namespace, so Wine sees the veth
+    # adapter; a server left over from an interrupted run would live elsewhere.
+    WINEPREFIX="$PREFIX" wineserver -k >/dev/null 2>&1
     ip netns exec "$NS_A" env QUORVANE_WINEPREFIX="$PREFIX" "$RUN" cmd /c exit >/dev/null 2>&1
     ip netns exec "$NS_A" env WINEPREFIX="$PREFIX" wineserver -p >/dev/null 2>&1
     HOSTRUN="ip netns exec $NS_A env QUORVANE_WINEPREFIX=$PREFIX $RUN"
@@ -160,6 +166,13 @@ PY
 
 if [ -n "$KEEP" ]; then
     mkdir -p "$KEEP"
-    cp "$OUT/strip-normal.png" "$OUT/strip-hires.png" "$KEEP/"
+    # The host writes its pictures uncompressed; these are kept, so squeeze them.
+    python3 - "$ART" "$OUT" "$KEEP" <<'PY' || fail "cannot write to $KEEP"
+import sys
+sys.path.insert(0, sys.argv[1])
+from artlib import load_png, save_png
+for name in ("strip-normal.png", "strip-hires.png"):
+    save_png(load_png("%s/%s" % (sys.argv[2], name)), "%s/%s" % (sys.argv[3], name))
+PY
 fi
 echo "strip_screenshot: ok"

@@ -1,11 +1,12 @@
 #!/bin/sh
 # traffic_netns.sh: traffic sent across a veth in a namespace of the test's own lands in this month's log.
 #
-# The test namespace holds one veth (198.51.100.2/24), its only Ethernet
-# adapter; the peer namespace holds the other end (198.51.100.1). Wine runs
-# in a fresh prefix whose wineserver starts inside the test namespace, so the
-# host's real DLL sees only that adapter. A known amount goes each way while
-# the host ticks; the hour's record must hold at least that much.
+# The test namespace holds one veth (198.51.100.2/24), its only working
+# Ethernet adapter, behind an idle one; the peer namespace holds the other
+# end (198.51.100.1). Wine runs in a fresh prefix whose wineserver starts
+# inside the test namespace, so the host's real DLL sees only those adapters.
+# A known amount goes each way while the host ticks; the hour's record must
+# hold at least that much.
 set -u
 BUILD=${1:?usage: traffic_netns.sh BUILD_DIR}
 BUILD=$(cd "$BUILD" && pwd)
@@ -48,6 +49,9 @@ trap 'exit 1' INT TERM HUP
 
 ip netns add "$NS" 2>/dev/null || skip "network namespaces unavailable"
 ip netns add "$PEER" 2>/dev/null || skip "network namespaces unavailable"
+# An idle, down Ethernet-type adapter listed before the veth, as this
+# machine lists ifb0 before eth0: the desktop list must pass it over.
+ip -n "$NS" link add "${TAG}i" type ifb 2>/dev/null || echo "traffic_netns: no ifb here, no idle adapter in the way"
 ip link add "${TAG}a" type veth peer name "${TAG}b" 2>/dev/null || skip "no veth support"
 ip link set "${TAG}a" netns "$NS" && ip link set "${TAG}b" netns "$PEER" || fail "cannot move the veth ends"
 for n in "$NS" "$PEER"; do
