@@ -38,6 +38,7 @@ struct Host {
     HWND item = nullptr;
     TODAYLISTITEM tli = {};
     int refreshes = 0;
+    int clockMinute = -1;
     bool ending = false;
 } g;
 
@@ -280,6 +281,14 @@ LRESULT CALLBACK TodayProc(HWND window, UINT message, WPARAM wParam, LPARAM lPar
     }
     case WM_TIMER:
         if (wParam == kRefreshTimer) {
+            // The taskbar's clock turns over once a minute, repainting the
+            // taskbar under the item's status icon as the device's does.
+            SYSTEMTIME now;
+            GetLocalTime(&now);
+            if (now.wMinute != g.clockMinute) {
+                g.clockMinute = now.wMinute;
+                InvalidateRect(g.taskbar, nullptr, FALSE);
+            }
             RefreshItem();
             g.refreshes++;
             if (g.ticks && g.refreshes >= g.ticks)

@@ -83,6 +83,9 @@ void OnTick(HWND window);
 
 // The sampling tick's parts (tick.cpp).
 bool ReadInterfaceCounters(DWORD *transmitted, DWORD *received);
+// The signal level 0 (none) .. 4 (very good) of a reading in dBm, shared by
+// every picture of the signal.
+int SignalBand(int dbm);
 int TaskbarIconId();
 
 extern "C" {

@@ -25,18 +25,7 @@ const StripIcon kToolIcons[] = {
 
 int SignalIconId(int dbm, bool hires)
 {
-    int band;
-    if (dbm < -89)
-        band = 0;
-    else if (dbm <= -81)
-        band = 1;
-    else if (dbm <= -71)
-        band = 2;
-    else if (dbm <= -67)
-        band = 3;
-    else
-        band = 4;
-    return (hires ? IDI_SIGNAL0_HIRES : IDI_SIGNAL0) + band;
+    return (hires ? IDI_SIGNAL0_HIRES : IDI_SIGNAL0) + SignalBand(dbm);
 }
 
 void DrawBackground(HDC surface, bool hires)

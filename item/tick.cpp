@@ -88,7 +88,7 @@ bool ReadInterfaceCounters(DWORD *transmitted, DWORD *received)
 
 // Signal bands: no signal at -90 dBm and below (no reading is -200), then
 // -89..-81, -80..-71, -70..-67, and -66 and above.
-static int SignalBand(int dbm)
+int SignalBand(int dbm)
 {
     if (dbm <= -90)
         return 0;

@@ -4,6 +4,7 @@
 #include "item/strip.h"
 #include "resources/resource.h"
 
+#include <utility>
 #include <vector>
 
 namespace {
@@ -12,347 +13,199 @@ const COLORREF kBlue = RGB(0, 0, 255);
 const COLORREF kRed = RGB(255, 0, 0);
 const COLORREF kSilver = RGB(192, 192, 192);
 const COLORREF kWhite = RGB(255, 255, 255);
+const COLORREF kFrame = RGB(138, 154, 176);   // the graph bitmaps' frame
 
-// A memory DC over a 32-bit DIB, white, owned by the test.
-struct Canvas {
-    HDC dc = nullptr;
-    HBITMAP bitmap = nullptr;
-    HGDIOBJ old = nullptr;
-    int width = 0, height = 0;
-
-    void Make(int w, int h)
-    {
-        width = w;
-        height = h;
-        BITMAPINFO bi = {};
-        bi.bmiHeader.biSize = sizeof bi.bmiHeader;
-        bi.bmiHeader.biWidth = w;
-        bi.bmiHeader.biHeight = -h;
-        bi.bmiHeader.biPlanes = 1;
-        bi.bmiHeader.biBitCount = 32;
-        void *bits = nullptr;
-        dc = CreateCompatibleDC(nullptr);
-        bitmap = CreateDIBSection(nullptr, &bi, DIB_RGB_COLORS, &bits, nullptr, 0);
-        old = SelectObject(dc, bitmap);
-        RECT rc = {0, 0, w, h};
-        FillRect(dc, &rc, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
-    }
-    void Free()
-    {
-        if (dc) {
-            SelectObject(dc, old);
-            DeleteDC(dc);
-            DeleteObject(bitmap);
-        }
-        dc = nullptr;
-        bitmap = nullptr;
-    }
-    COLORREF At(int x, int y) const { return GetPixel(dc, x, y); }
-    std::vector<COLORREF> Pixels() const
-    {
-        std::vector<COLORREF> v;
-        for (int y = 0; y < height; y++)
-            for (int x = 0; x < width; x++)
-                v.push_back(At(x, y));
-        return v;
-    }
-};
+// Ring entries that are not 0: {index, bytes}.
+using Deltas = std::vector<std::pair<int, DWORD>>;
 
 class StripTest : public DeviceTest {
 protected:
-    void SetUp() override
-    {
-        DeviceTest::SetUp();
-        UseScreen(240, 320);
-    }
-    void TearDown() override
-    {
-        FreeSurface();
-        item.Free();
-        DeviceTest::TearDown();
-    }
-
-    // The screen, the item surface of its size and an item-sized canvas.
+    void SetUp() override { DeviceTest::SetUp(); UseScreen(240, 320); }
+    void TearDown() override { FreeSurface(); item.Free(); DeviceTest::TearDown(); }
+    int Scale() { return IsHiResScreen() ? 2 : 1; }
+    // The screen, a graph surface of its size and an item-sized canvas.
     void UseScreen(int w, int h)
     {
         fake::SetScreen(w, h);
         IsLandscape();                     // re-reads the size into the item state
-        int s = IsHiResScreen() ? 2 : 1;
         FreeSurface();
-        surface.Make(STRIP_SURFACE_WIDTH * s, STRIP_SURFACE_HEIGHT * s);
+        surface.Make(STRIP_SURFACE_WIDTH * Scale(), STRIP_SURFACE_HEIGHT * Scale());
         g_item.surfaceDC = surface.dc;
-        g_item.surfaceBitmap = surface.bitmap;
-        g_item.surfaceOldBitmap = surface.old;
-        item.Free();
-        item.Make(240 * s, 24 + 16 * (s - 1));
+        NewItem();
     }
-    void FreeSurface()
-    {
-        if (g_item.surfaceDC == surface.dc) {
-            g_item.surfaceDC = nullptr;
-            g_item.surfaceBitmap = nullptr;
-        }
-        surface.Free();
-    }
+    void NewItem() { item.Free(); item.Make(240 * Scale(), 8 + 16 * Scale()); }
+    void FreeSurface() { g_item.surfaceDC = nullptr; surface.Free(); }
 
-    // The rings as the tick leaves them after `count` samples (not wrapped).
-    void Samples(int count, std::vector<DWORD> in, std::vector<DWORD> out)
+    // The rings as the tick leaves them: `count` samples, the oldest at `start`.
+    void Samples(int count, Deltas in, Deltas out, int start = 0)
     {
         g_item.sampleCount = count;
-        g_item.ringStart = 0;
-        g_item.ringIndex = count > 0 ? count - 1 : -1;
-        for (int i = 0; i < RING_SIZE; i++) {
-            g_item.inDeltas[i] = i < (int)in.size() ? in[i] : 0;
-            g_item.outDeltas[i] = i < (int)out.size() ? out[i] : 0;
-        }
+        g_item.ringStart = start;
+        g_item.ringIndex = (start + count - 1) % RING_SIZE;
+        ZeroMemory(g_item.inDeltas, sizeof g_item.inDeltas);
+        ZeroMemory(g_item.outDeltas, sizeof g_item.outDeltas);
+        for (auto d : in)
+            g_item.inDeltas[d.first] = d.second;
+        for (auto d : out)
+            g_item.outDeltas[d.first] = d.second;
     }
 
-    // The surface as only the background leaves it.
-    std::vector<COLORREF> BackgroundOnly()
+    // Draws the graph; counts the surface pixels that differ from the
+    // background alone (the baseline row left out) and their leftmost and
+    // rightmost columns.
+    struct Drawn {
+        size_t pixels;
+        std::pair<int, int> span;
+    };
+    Drawn Draw()
     {
-        int count = g_item.sampleCount;
+        int count = g_item.sampleCount, base = IsHiResScreen() ? 31 : 20;
         g_item.sampleCount = 0;
         DrawStatusStrip(nullptr, item.dc, true);
+        std::vector<COLORREF> background = surface.Pixels();
         g_item.sampleCount = count;
-        return surface.Pixels();
-    }
-
-    // Surface pixels that differ from the background, except the baseline row.
-    std::vector<POINT> Changed(const std::vector<COLORREF> &background, int base)
-    {
-        std::vector<POINT> changed;
+        DrawStatusStrip(nullptr, item.dc, false);
+        Drawn d = {0, {9999, -1}};
         for (int y = 0; y < surface.height; y++)
             for (int x = 0; x < surface.width; x++)
                 if (y != base && surface.At(x, y) != background[y * surface.width + x])
-                    changed.push_back({x, y});
-        return changed;
+                    d.pixels++, d.span = {std::min(d.span.first, x), std::max(d.span.second, x)};
+        return d;
     }
 
     Canvas surface, item;
 };
 
-using GraphHeightTest = StripTest;
-
-TEST_F(GraphHeightTest, BandEdgesOnANormalScreen)
+TEST_F(StripTest, GraphHeightAtEveryBandEdge)
 {
     struct {
         DWORD bytes;
-        int height;
+        int normal, hires;
     } cases[] = {
-        {0, 0},          {1, 1},          {999, 1},         {1000, 2},        {1999, 2},
-        {2000, 3},       {9999, 6},       {10000, 7},       {19999, 7},       {20000, 8},
-        {99999, 11},     {100000, 13},    {199999, 13},     {499999, 16},     {500000, 17},
-        {799999, 17},    {800000, 18},    {0xFFFFFFFFu, 18},
+        {0, 0, 0},        {1, 1, 1},        {999, 1, 1},      {1000, 2, 3},     {1999, 2, 3},
+        {2000, 3, 4},     {9999, 6, 9},     {10000, 7, 10},   {19999, 7, 10},   {20000, 8, 12},
+        {99999, 11, 16},  {100000, 13, 19}, {199999, 13, 19}, {499999, 16, 24}, {500000, 17, 25},
+        {799999, 17, 25}, {800000, 18, 27}, {0xFFFFFFFFu, 18, 27},
     };
-    for (auto c : cases)
-        EXPECT_EQ(c.height, GraphHeight(c.bytes)) << c.bytes;
-    // Height 12 is skipped: 99999 gives 11 and 100000 already 13.
-    for (DWORD v = 0; v < 1000000; v += 997)
-        EXPECT_NE(12, GraphHeight(v)) << v;
-}
-
-TEST_F(GraphHeightTest, HiResAddsHalfAgain)
-{
-    UseScreen(480, 640);
+    // Hi-res: either dimension above 320.
     struct {
-        DWORD bytes;
-        int height;
+        int w, h;
+        bool hires;
+    } screens[] = {{240, 320, false}, {480, 640, true}, {321, 240, true}, {240, 321, true}, {320, 320, false}};
+    for (auto sc : screens) {
+        UseScreen(sc.w, sc.h);
+        for (auto c : cases)
+            EXPECT_EQ(sc.hires ? c.hires : c.normal, GraphHeight(c.bytes)) << c.bytes << " on " << sc.w << "x" << sc.h;
+    }
+}
+
+TEST_F(StripTest, GeometryOnNormalAndHiResScreens)
+{
+    struct {
+        int w, h, copyY, bitmapW, bitmapH, base, right, top;
+    } screens[] = {{240, 320, 1, 44, 22, 20, 41, 2}, {480, 640, 3, 88, 33, 31, 85, 4}};
+    for (auto sc : screens) {
+        UseScreen(sc.w, sc.h);
+        Samples(1, {{0, 800000}}, {});                       // the highest point
+        Draw();
+        // The background bitmap at the surface origin, copied to the item at (3, copyY).
+        EXPECT_EQ(kFrame, surface.At(0, 0)) << sc.w;
+        EXPECT_EQ(kFrame, surface.At(sc.bitmapW - 1, sc.bitmapH - 1)) << sc.w;
+        EXPECT_EQ(kFrame, item.At(3, sc.copyY)) << sc.w;
+        EXPECT_EQ(kWhite, item.At(2, sc.copyY)) << sc.w;
+        EXPECT_EQ(kWhite, item.At(3, sc.copyY - 1)) << sc.w;
+        EXPECT_EQ(kBlue, surface.At(sc.right, sc.top)) << sc.w;
+        EXPECT_EQ(kBlue, item.At(3 + sc.right, sc.copyY + sc.top)) << sc.w;
+        // The silver baseline from x 1 to R (LineTo leaves its end point, R + 1, out).
+        for (int x = 0; x <= sc.right + 1; x++)
+            EXPECT_EQ(x >= 1 && x <= sc.right, surface.At(x, sc.base) == kSilver) << x << " on " << sc.w;
+    }
+    EXPECT_EQ(kWhite, item.At(91, 10));                     // the 88-pixel block ends at 90
+}
+
+TEST_F(StripTest, NoneOrOneSampleSetsOnlySinglePixelsAtR)
+{
+    struct {
+        int count;
+        DWORD in, out;
+        int blueY, redY;                      // -1: not drawn
+        size_t changed;
     } cases[] = {
-        {0, 0}, {999, 1}, {1000, 3}, {2000, 4}, {9999, 9}, {10000, 10},
-        {99999, 16}, {100000, 19}, {499999, 24}, {500000, 25}, {800000, 27},
+        {1, 5000, 50000, 16, 11, 2},          // heights 4 and 9
+        {1, 50000, 50000, -1, 11, 1},         // equal: red is set last
+        {1, 5000, 0, 16, -1, 1},
+        {1, 0, 0, -1, -1, 0},                 // nothing, but the baseline
+        {0, 5000, 5000, -1, -1, 0},           // no sample: not even the baseline
+        {-1, 5000, 5000, -1, -1, 0},
     };
-    for (auto c : cases)
-        EXPECT_EQ(c.height, GraphHeight(c.bytes)) << c.bytes;
-    // Either dimension above 320 makes the screen hi-res.
-    UseScreen(321, 240);
-    EXPECT_EQ(27, GraphHeight(800000));
-    UseScreen(320, 320);
-    EXPECT_EQ(18, GraphHeight(800000));
-}
-
-using GraphTest = StripTest;
-
-TEST_F(GraphTest, NoSampleDrawsOnlyTheBackground)
-{
-    Samples(0, {}, {});
-    DrawStatusStrip(nullptr, item.dc, true);
-    // The background is the frame and paper of bitmap 113 at the surface origin.
-    EXPECT_EQ(RGB(138, 154, 176), surface.At(0, 0));
-    EXPECT_EQ(RGB(138, 154, 176), surface.At(43, 21));
-    EXPECT_NE(kSilver, surface.At(20, STRIP_GRAPH_BASELINE));
-    // Copied to the item at (3, 1); nothing left of it.
-    EXPECT_EQ(RGB(138, 154, 176), item.At(3, 1));
-    EXPECT_EQ(RGB(138, 154, 176), item.At(46, 22));
-    EXPECT_EQ(kWhite, item.At(2, 1));
-    EXPECT_EQ(kWhite, item.At(3, 0));
-
-    g_item.sampleCount = -1;
-    DrawStatusStrip(nullptr, item.dc, true);
-    EXPECT_NE(kSilver, surface.At(20, STRIP_GRAPH_BASELINE));
-}
-
-TEST_F(GraphTest, OneSampleSetsTwoSinglePixelsAtTheRightEdge)
-{
-    Samples(1, {5000}, {50000});             // heights 4 and 9
-    auto background = BackgroundOnly();
-    DrawStatusStrip(nullptr, item.dc, false);
-    EXPECT_EQ(kBlue, surface.At(41, 16));
-    EXPECT_EQ(kRed, surface.At(41, 11));
-    auto changed = Changed(background, STRIP_GRAPH_BASELINE);
-    EXPECT_EQ(2u, changed.size());
-
-    // Equal heights: the red pixel is set last.
-    Samples(1, {50000}, {50000});
-    DrawStatusStrip(nullptr, item.dc, false);
-    EXPECT_EQ(kRed, surface.At(41, 11));
-    EXPECT_EQ(1u, Changed(background, STRIP_GRAPH_BASELINE).size());
-
-    // Nothing when both increments are 0, but the baseline is there.
-    Samples(1, {0}, {0});
-    DrawStatusStrip(nullptr, item.dc, false);
-    EXPECT_TRUE(Changed(background, STRIP_GRAPH_BASELINE).empty());
-    EXPECT_EQ(kSilver, surface.At(20, STRIP_GRAPH_BASELINE));
-}
-
-TEST_F(GraphTest, PartialRingsEndAtTheRightEdge)
-{
-    // Three samples: points at x 37, 39, 41; the newest at R = 41.
-    Samples(3, {0, 5000, 5000}, {0, 0, 1000});
-    auto background = BackgroundOnly();
-    DrawStatusStrip(nullptr, item.dc, false);
-    // The flat blue step from (39, 16) to (41, 16); the line's end pixel is GDI's to leave out.
-    EXPECT_EQ(kBlue, surface.At(39, 16));
-    EXPECT_EQ(kBlue, surface.At(40, 16));
-    // The red step rises from the baseline at 39 to height 2 at 41.
-    EXPECT_EQ(kRed, surface.At(40, 19));
-    // Nothing left of the oldest point or right of R.
-    for (const POINT &p : Changed(background, STRIP_GRAPH_BASELINE)) {
-        EXPECT_GE(p.x, 37) << p.x << "," << p.y;
-        EXPECT_LE(p.x, 41) << p.x << "," << p.y;
+    for (auto c : cases) {
+        Samples(c.count, {{0, c.in}}, {{0, c.out}});
+        EXPECT_EQ(c.changed, Draw().pixels) << c.count << ": " << c.in << "/" << c.out;
+        EXPECT_TRUE(c.blueY < 0 || surface.At(41, c.blueY) == kBlue) << c.in << "/" << c.out;
+        EXPECT_TRUE(c.redY < 0 || surface.At(41, c.redY) == kRed) << c.in << "/" << c.out;
+        EXPECT_EQ(c.count > 0, surface.At(20, 20) == kSilver) << c.count;
     }
-    // A line whose ends both lie on the baseline is not drawn: the first step
-    // (37 -> 39) is all zeros for red, so red appears only right of 39.
-    for (int y = 0; y < surface.height; y++)
-        for (int x = 0; x < 39; x++)
-            EXPECT_NE(kRed, surface.At(x, y)) << x << "," << y;
-}
-
-TEST_F(GraphTest, SteepNewestStepReachesR)
-{
-    Samples(2, {0, 800000}, {0, 0});          // from the baseline to height 18
-    DrawStatusStrip(nullptr, item.dc, false);
-    bool atR = false;
-    for (int y = 2; y < 20; y++)
-        atR = atR || surface.At(41, y) == kBlue;
-    EXPECT_TRUE(atR);
-    EXPECT_NE(kBlue, surface.At(42, 3));
-}
-
-TEST_F(GraphTest, SilverBaselineFromOneToR)
-{
-    Samples(5, {}, {});
-    DrawStatusStrip(nullptr, item.dc, false);
-    EXPECT_EQ(kSilver, surface.At(1, 20));
-    EXPECT_EQ(kSilver, surface.At(41, 20));
-    EXPECT_NE(kSilver, surface.At(0, 20));
-    EXPECT_NE(kSilver, surface.At(42, 20));   // LineTo leaves its end point out
-
-    UseScreen(480, 640);
-    DrawStatusStrip(nullptr, item.dc, false);
-    EXPECT_EQ(kSilver, surface.At(1, 31));
-    EXPECT_EQ(kSilver, surface.At(85, 31));
-    EXPECT_NE(kSilver, surface.At(86, 31));
-}
-
-TEST_F(GraphTest, FullRingWalksFromStartThroughNineteenToZero)
-{
-    // Wrapped: the oldest entry is 5, the newest 4; 15 entries (5..19) at x 3..31,
-    // then 0..4 at x 33..41.
-    Samples(0, {}, {});
-    g_item.sampleCount = RING_SIZE;
-    g_item.ringStart = 5;
-    g_item.ringIndex = 4;
-    g_item.inDeltas[19] = 800000;                            // height 18, then
-    g_item.inDeltas[0] = 5000;                               // height 4 after the wrap
-    g_item.inDeltas[3] = g_item.inDeltas[4] = 800000;        // height 18, the newest two
-    g_item.outDeltas[5] = g_item.outDeltas[6] = 1000;        // height 2, the oldest two
-    auto background = BackgroundOnly();
-    DrawStatusStrip(nullptr, item.dc, false);
-
-    // 19 -> 0 joins entry 19's height at x 31 to entry 0's at x 33.
-    EXPECT_EQ(kBlue, surface.At(31, 2));
-    int middle = 0;
-    for (int y = 3; y < 16; y++)
-        middle += surface.At(32, y) == kBlue;
-    EXPECT_GT(middle, 3);
-    // The newest step, 3 -> 4, is flat at the top and ends at R.
-    EXPECT_EQ(kBlue, surface.At(39, 2));
-    EXPECT_EQ(kBlue, surface.At(40, 2));
-    // The oldest entries sit at x = R - 38 = 3.
-    EXPECT_EQ(kRed, surface.At(3, 18));
-    EXPECT_EQ(kRed, surface.At(4, 18));
-    for (const POINT &p : Changed(background, STRIP_GRAPH_BASELINE)) {
-        EXPECT_GE(p.x, 3);
-        EXPECT_LE(p.x, 41);
-    }
-    EXPECT_EQ(kSilver, surface.At(41, 20));
-}
-
-TEST_F(GraphTest, FullRingFromZeroCoversEachEntryOnce)
-{
-    Samples(RING_SIZE, {}, {});
-    g_item.ringStart = 0;
-    g_item.ringIndex = 19;
-    g_item.inDeltas[0] = g_item.inDeltas[1] = 5000;           // the oldest at x 3
-    g_item.outDeltas[18] = g_item.outDeltas[19] = 100000;     // the newest at R, height 13
-    auto background = BackgroundOnly();
-    DrawStatusStrip(nullptr, item.dc, false);
-    EXPECT_EQ(kBlue, surface.At(3, 16));
-    EXPECT_EQ(kBlue, surface.At(4, 16));
-    EXPECT_EQ(kRed, surface.At(39, 7));
-    EXPECT_EQ(kRed, surface.At(40, 7));
-    // Once only: nothing of entry 0 drawn again past R.
-    for (const POINT &p : Changed(background, STRIP_GRAPH_BASELINE))
-        EXPECT_LE(p.x, 41);
-}
-
-TEST_F(GraphTest, HiResGeometry)
-{
-    UseScreen(480, 640);
-    Samples(1, {800000}, {0});               // height 27 at R = 85
-    DrawStatusStrip(nullptr, item.dc, false);
-    EXPECT_EQ(kBlue, surface.At(85, 4));
-    // Bitmap 203 at the origin, copied to the item at (3, 3), 88 x 33.
-    EXPECT_EQ(RGB(138, 154, 176), surface.At(0, 0));
-    EXPECT_EQ(RGB(138, 154, 176), surface.At(87, 32));
-    EXPECT_EQ(RGB(138, 154, 176), item.At(3, 3));
-    EXPECT_EQ(kBlue, item.At(3 + 85, 3 + 4));
-    EXPECT_EQ(kWhite, item.At(3, 2));
-    EXPECT_EQ(kWhite, item.At(91, 10));
-
-    Samples(3, {0, 10000, 10000}, {});      // height 10 on hi-res
-    DrawStatusStrip(nullptr, item.dc, false);
-    EXPECT_EQ(kBlue, surface.At(83, 21));
-    EXPECT_EQ(kBlue, surface.At(84, 21));
-}
-
-TEST_F(GraphTest, NoSurfaceDrawsNoGraph)
-{
+    // Without a surface nothing of the graph reaches the item.
     FreeSurface();
-    Samples(3, {5000, 5000, 5000}, {});
+    NewItem();
+    Samples(3, {{0, 5000}, {1, 5000}, {2, 5000}}, {});
     DrawStatusStrip(nullptr, item.dc, true);
     for (int y = 0; y < item.height; y++)
         for (int x = 0; x < 48; x++)
             ASSERT_EQ(kWhite, item.At(x, y)) << x << "," << y;
 }
 
-// The pixels an icon leaves on white at (x, y) of a fresh item canvas.
+TEST_F(StripTest, RingsAreWalkedOldestToNewestEndingAtR)
+{
+    struct Pixel {
+        int x, y;
+        COLORREF colour;
+    };
+    // Flat last steps end one short of R: LineTo leaves the end pixel out.
+    struct {
+        const char *what;
+        int w, count, start;
+        Deltas in, out;
+        std::pair<int, int> span;
+        std::vector<Pixel> want;
+    } cases[] = {
+        {"3 samples at 37, 39, 41; blue flat at 4, red from the baseline to 2", 240, 3, 0,
+         {{1, 5000}, {2, 5000}}, {{2, 1000}}, {37, 40}, {{39, 16, kBlue}, {40, 16, kBlue}, {40, 19, kRed}}},
+        {"steep newest step", 240, 2, 0, {{1, 800000}}, {}, {39, 41}, {}},
+        {"hi-res, height 10, R 85", 480, 3, 0, {{1, 10000}, {2, 10000}}, {}, {81, 84}, {{83, 21, kBlue}, {84, 21, kBlue}}},
+        // Wrapped: entries 5..19 at x 3..31, then 0..4 at 33..41; 19 -> 0 joins
+        // entry 19's height 18 to entry 0's 4.
+        {"wrapped at 5", 240, RING_SIZE, 5, {{19, 800000}, {0, 5000}, {3, 800000}, {4, 800000}},
+         {{5, 1000}, {6, 1000}}, {3, 40},
+         {{31, 2, kBlue}, {32, 9, kBlue}, {40, 2, kBlue}, {3, 18, kRed}, {4, 18, kRed}}},
+        {"full from 0: each entry once", 240, RING_SIZE, 0, {{0, 5000}, {1, 5000}},
+         {{18, 100000}, {19, 100000}}, {3, 40}, {{4, 16, kBlue}, {40, 7, kRed}}},
+    };
+    for (auto &c : cases) {
+        UseScreen(c.w, c.w * 4 / 3);
+        Samples(c.count, c.in, c.out, c.start);
+        EXPECT_EQ(c.span, Draw().span) << c.what;
+        for (Pixel p : c.want)
+            EXPECT_EQ(p.colour, surface.At(p.x, p.y)) << c.what << " at " << p.x << "," << p.y;
+    }
+}
+
+// What an icon leaves on white. Drawn on twice its size, so that an icon
+// stretched beyond its natural size shows.
 std::vector<COLORREF> IconPixels(int id, int size)
 {
     Canvas c;
-    c.Make(size, size);
+    c.Make(2 * size, 2 * size);
     DrawStripIcon(c.dc, id, 0, 0);
-    auto v = c.Pixels();
+    std::vector<COLORREF> v;
+    int beyond = 0;
+    for (int y = 0; y < 2 * size; y++)
+        for (int x = 0; x < 2 * size; x++)
+            if (x < size && y < size)
+                v.push_back(c.At(x, y));
+            else
+                beyond += c.At(x, y) != kWhite;
+    EXPECT_EQ(0, beyond) << "icon " << id << " drawn beyond " << size << " pixels";
     c.Free();
     return v;
 }
@@ -366,147 +219,75 @@ std::vector<COLORREF> Region(const Canvas &c, int x0, int y0, int size)
     return v;
 }
 
-bool AllWhite(const std::vector<COLORREF> &v)
-{
-    for (COLORREF c : v)
-        if (c != kWhite)
-            return false;
-    return true;
-}
-
-using SignalIconTest = StripTest;
-
-TEST_F(SignalIconTest, BandsPickTheirIcons)
+TEST_F(StripTest, SignalIconByBandAndWhenItIsRedrawn)
 {
     struct {
-        int dbm, icon;
+        int dbm, last;
+        bool full;
+        int icon, lastAfter;                  // icon 0: nothing drawn
     } cases[] = {
-        {-200, IDI_SIGNAL0}, {-90, IDI_SIGNAL0}, {-89, IDI_SIGNAL1}, {-81, IDI_SIGNAL1},
-        {-80, IDI_SIGNAL2},  {-71, IDI_SIGNAL2}, {-70, IDI_SIGNAL3}, {-67, IDI_SIGNAL3},
-        {-66, IDI_SIGNAL4},  {-20, IDI_SIGNAL4},
+        {-200, NO_SIGNAL, true, IDI_SIGNAL0, -200}, {-90, NO_SIGNAL, true, IDI_SIGNAL0, -90},
+        {-89, NO_SIGNAL, true, IDI_SIGNAL1, -89},   {-81, NO_SIGNAL, true, IDI_SIGNAL1, -81},
+        {-80, NO_SIGNAL, true, IDI_SIGNAL2, -80},   {-71, NO_SIGNAL, true, IDI_SIGNAL2, -71},
+        {-70, NO_SIGNAL, true, IDI_SIGNAL3, -70},   {-67, NO_SIGNAL, true, IDI_SIGNAL3, -67},
+        {-66, NO_SIGNAL, true, IDI_SIGNAL4, -66},   {-20, NO_SIGNAL, true, IDI_SIGNAL4, -20},
+        // Steady: drawn only on a full paint or a change...
+        {-60, -60, false, 0, -60},                  {-89, -89, false, 0, -89},
+        {-75, -60, false, IDI_SIGNAL2, -75},
+        // ...but the lowest band on every refresh, stored as -90.
+        {-200, -200, false, IDI_SIGNAL0, -90},      {-200, -90, false, IDI_SIGNAL0, -200},
+        {-90, -90, false, IDI_SIGNAL0, -90},
     };
     for (auto c : cases) {
-        item.Free();
-        item.Make(240, 24);
+        NewItem();
         g_item.signalDbm = c.dbm;
-        DrawStatusStrip(nullptr, item.dc, true);
-        EXPECT_EQ(IconPixels(c.icon, 16), Region(item, 50, 4, 16)) << c.dbm;
-        EXPECT_EQ(c.dbm, g_item.lastDrawnSignal);
+        g_item.lastDrawnSignal = c.last;
+        DrawStatusStrip(nullptr, item.dc, c.full);
+        auto want = c.icon ? IconPixels(c.icon, 16) : std::vector<COLORREF>(256, kWhite);
+        EXPECT_EQ(want, Region(item, 50, 4, 16)) << c.dbm << " after " << c.last;
+        EXPECT_EQ(c.lastAfter, g_item.lastDrawnSignal) << c.dbm << " after " << c.last;
     }
-    // The five bands look different from each other.
-    for (int a = IDI_SIGNAL0; a <= IDI_SIGNAL4; a++)
-        for (int b = a + 1; b <= IDI_SIGNAL4; b++)
-            EXPECT_NE(IconPixels(a, 16), IconPixels(b, 16)) << a << " " << b;
+    for (int a = IDI_SIGNAL0; a < IDI_SIGNAL4; a++)          // the bands look different
+        EXPECT_NE(IconPixels(a, 16), IconPixels(a + 1, 16)) << a;
 }
 
-TEST_F(SignalIconTest, SteadySignalIsDrawnOnlyOnFullPaintOrChange)
-{
-    g_item.signalDbm = -60;
-    DrawStatusStrip(nullptr, item.dc, true);
-    item.Free();
-    item.Make(240, 24);
-    DrawStatusStrip(nullptr, item.dc, false);
-    EXPECT_TRUE(AllWhite(Region(item, 50, 4, 16)));
-
-    g_item.signalDbm = -75;                  // a change is drawn without a full paint
-    DrawStatusStrip(nullptr, item.dc, false);
-    EXPECT_EQ(IconPixels(IDI_SIGNAL2, 16), Region(item, 50, 4, 16));
-    EXPECT_EQ(-75, g_item.lastDrawnSignal);
-}
-
-TEST_F(SignalIconTest, LowestBandIsRedrawnOnEveryRefresh)
-{
-    g_item.signalDbm = -200;
-    g_item.lastDrawnSignal = -200;
-    DrawStatusStrip(nullptr, item.dc, false);
-    EXPECT_EQ(IconPixels(IDI_SIGNAL0, 16), Region(item, 50, 4, 16));
-    EXPECT_EQ(-90, g_item.lastDrawnSignal);
-
-    // The stored -90 now differs from -200: drawn again, as a change.
-    item.Free();
-    item.Make(240, 24);
-    DrawStatusStrip(nullptr, item.dc, false);
-    EXPECT_EQ(IconPixels(IDI_SIGNAL0, 16), Region(item, 50, 4, 16));
-    EXPECT_EQ(-200, g_item.lastDrawnSignal);
-
-    // A steady -90: drawn again every time, and the last drawn value stays -90.
-    g_item.signalDbm = g_item.lastDrawnSignal = -90;
-    item.Free();
-    item.Make(240, 24);
-    DrawStatusStrip(nullptr, item.dc, false);
-    EXPECT_EQ(IconPixels(IDI_SIGNAL0, 16), Region(item, 50, 4, 16));
-    EXPECT_EQ(-90, g_item.lastDrawnSignal);
-}
-
-TEST_F(SignalIconTest, HiResUsesItsOwnIconsAtDoubledX)
-{
-    UseScreen(480, 640);
-    g_item.signalDbm = -50;
-    DrawStatusStrip(nullptr, item.dc, true);
-    EXPECT_EQ(IconPixels(IDI_SIGNAL4_HIRES, 32), Region(item, 100, 4, 32));
-}
-
-using ToolIconTest = StripTest;
-
-const int kToolX[] = {69, 88, 107, 126, 145, 164, 183, 202, 221};
-const int kToolNormal[] = {IDI_TOOL_USAGE,   IDI_TOOL_DHCP,     IDI_TOOL_PING,
-                           IDI_TOOL_ADAPTER, IDI_TOOL_SCANNER,  IDI_TOOL_CARD,
-                           IDI_TOOL_INTRUDER, IDI_TOOL_APPLET17, IDI_TOOL_APPLET19};
-const int kToolHiRes[] = {IDI_TOOL_USAGE_HIRES,   IDI_TOOL_DHCP_HIRES,     IDI_TOOL_PING_HIRES,
-                          IDI_TOOL_ADAPTER_HIRES, IDI_TOOL_SCANNER_HIRES,  IDI_TOOL_CARD_HIRES,
-                          IDI_TOOL_INTRUDER_HIRES, IDI_TOOL_APPLET17_HIRES, IDI_TOOL_APPLET19_HIRES};
-
-TEST_F(ToolIconTest, DrawItemPutsTheNineToolsInTheirPlaces)
-{
-    DrawItem(nullptr, item.dc, true);
-    for (int i = 0; i < 9; i++) {
-        auto want = IconPixels(kToolNormal[i], 16);
-        EXPECT_FALSE(AllWhite(want)) << kToolNormal[i];
-        EXPECT_EQ(want, Region(item, kToolX[i], 4, 16)) << kToolNormal[i];
-    }
-    // The icon row is the strip's only other content.
-    EXPECT_EQ(kWhite, item.At(68, 10));
-    EXPECT_EQ(kWhite, item.At(237, 10));
-
-    UseScreen(480, 640);
-    DrawItem(nullptr, item.dc, true);
-    for (int i = 0; i < 9; i++)
-        EXPECT_EQ(IconPixels(kToolHiRes[i], 32), Region(item, kToolX[i] * 2, 4, 32)) << kToolHiRes[i];
-}
-
-TEST_F(ToolIconTest, IconsKeepTheirNaturalSize)
+TEST_F(StripTest, DrawItemPutsTheIconsInTheirPlaces)
 {
     struct {
-        int id, size;
-    } cases[] = {{IDI_TOOL_USAGE, 16}, {IDI_TOOL_USAGE_HIRES, 32}, {IDI_SIGNAL0, 16},
-                 {IDI_SIGNAL4_HIRES, 32}, {IDI_TASKBAR_BOTH0, 16}, {IDI_TASKBAR_SEND4_HIRES, 32}};
-    for (auto c : cases) {
-        HICON icon = LoadStripIcon(c.id);
-        ASSERT_NE(nullptr, icon) << c.id;
-        ICONINFO info;
-        ASSERT_TRUE(GetIconInfo(icon, &info));
-        BITMAP bm;
-        GetObjectW(info.hbmColor, sizeof bm, &bm);
-        EXPECT_EQ(c.size, bm.bmWidth) << c.id;
-        EXPECT_EQ(c.size, bm.bmHeight) << c.id;
-        DeleteObject(info.hbmColor);
-        DeleteObject(info.hbmMask);
-        DestroyIcon(icon);
+        int x, normal, hires;
+    } icons[] = {
+        {50, IDI_SIGNAL4, IDI_SIGNAL4_HIRES},
+        {69, IDI_TOOL_USAGE, IDI_TOOL_USAGE_HIRES},        {88, IDI_TOOL_DHCP, IDI_TOOL_DHCP_HIRES},
+        {107, IDI_TOOL_PING, IDI_TOOL_PING_HIRES},         {126, IDI_TOOL_ADAPTER, IDI_TOOL_ADAPTER_HIRES},
+        {145, IDI_TOOL_SCANNER, IDI_TOOL_SCANNER_HIRES},   {164, IDI_TOOL_CARD, IDI_TOOL_CARD_HIRES},
+        {183, IDI_TOOL_INTRUDER, IDI_TOOL_INTRUDER_HIRES}, {202, IDI_TOOL_APPLET17, IDI_TOOL_APPLET17_HIRES},
+        {221, IDI_TOOL_APPLET19, IDI_TOOL_APPLET19_HIRES},
+    };
+    g_item.signalDbm = -50;
+    for (int s : {2, 1}) {
+        UseScreen(240 * s, 320 * s);
+        DrawItem(nullptr, item.dc, true);
+        for (auto i : icons) {
+            auto want = IconPixels(s == 1 ? i.normal : i.hires, 16 * s);
+            EXPECT_NE(std::vector<COLORREF>(want.size(), kWhite), want) << i.x;
+            EXPECT_EQ(want, Region(item, i.x * s, 4, 16 * s)) << i.x << " s " << s;
+        }
     }
+    EXPECT_EQ(kWhite, item.At(68, 10));                      // nothing else in the row
+    EXPECT_EQ(kWhite, item.At(237, 10));
     // 215 is never used, so it is not supplied; a missing icon is skipped.
     EXPECT_EQ(nullptr, LoadStripIcon(215));
     DrawStripIcon(item.dc, 215, 0, 0);
     EXPECT_EQ(kWhite, item.At(0, 0));
 }
 
-TEST_F(ToolIconTest, PaintAnswersOne)
+TEST_F(StripTest, PaintDrawsInFullAndAnswersOne)
 {
     CreateItem();
-    ASSERT_NE(nullptr, item_);
-    g_item.signalDbm = -50;
-    g_item.lastDrawnSignal = -60;
+    // A steady lowest band: a refresh would store -90, a full paint the value itself.
+    g_item.signalDbm = g_item.lastDrawnSignal = -200;
     EXPECT_EQ(1, SendMessageW(item_, WM_PAINT, 0, 0));
-    EXPECT_EQ(-50, g_item.lastDrawnSignal);
+    EXPECT_EQ(-200, g_item.lastDrawnSignal);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // support.cpp: the unit tests' shared set-up and their main.
 #include "tests/support.h"
 
+#include <commctrl.h>
 #include <stdio.h>
 
 int g_watermarkRequests;
@@ -44,6 +45,44 @@ DWORD RegistryDword(LPCWSTR name, DWORD missing)
 {
     DWORD v;
     return ReadSettingDword(name, &v) ? v : missing;
+}
+
+void Canvas::Make(int w, int h)
+{
+    width = w;
+    height = h;
+    BITMAPINFO bi = {};
+    bi.bmiHeader.biSize = sizeof bi.bmiHeader;
+    bi.bmiHeader.biWidth = w;
+    bi.bmiHeader.biHeight = -h;
+    bi.bmiHeader.biPlanes = 1;
+    bi.bmiHeader.biBitCount = 32;
+    void *bits = nullptr;
+    dc = CreateCompatibleDC(nullptr);
+    bitmap = CreateDIBSection(nullptr, &bi, DIB_RGB_COLORS, &bits, nullptr, 0);
+    old = SelectObject(dc, bitmap);
+    RECT rc = {0, 0, w, h};
+    FillRect(dc, &rc, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+}
+
+void Canvas::Free()
+{
+    if (dc) {
+        SelectObject(dc, old);
+        DeleteDC(dc);
+        DeleteObject(bitmap);
+    }
+    dc = nullptr;
+    bitmap = nullptr;
+}
+
+std::vector<COLORREF> Canvas::Pixels() const
+{
+    std::vector<COLORREF> v;
+    for (int y = 0; y < height; y++)
+        for (int x = 0; x < width; x++)
+            v.push_back(At(x, y));
+    return v;
 }
 
 static LRESULT CALLBACK ParentProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -124,4 +163,41 @@ int main(int argc, char **argv)
     int rc = RUN_ALL_TESTS();
     DeleteTree(TestRoot());
     return rc;
+}
+
+LPCDLGTEMPLATEW DialogTemplate(int id)
+{
+    HINSTANCE instance = GetModuleHandleW(nullptr);
+    HRSRC found = FindResourceW(instance, MAKEINTRESOURCEW(id), RT_DIALOG);
+    EXPECT_NE(nullptr, found) << "dialog template " << id;
+    return found ? static_cast<LPCDLGTEMPLATEW>(LockResource(LoadResource(instance, found))) : nullptr;
+}
+
+HWND CreateFromTemplate(int id, DLGPROC proc)
+{
+    HWND dialog = CreateDialogIndirectParamW(GetModuleHandleW(nullptr), DialogTemplate(id), nullptr, proc, 0);
+    EXPECT_NE(nullptr, dialog) << "dialog " << id;
+    return dialog;
+}
+
+SIZE TemplateSize(int id)
+{
+    HWND plain = CreateFromTemplate(id, [](HWND, UINT m, WPARAM, LPARAM) -> INT_PTR { return m == WM_INITDIALOG; });
+    RECT rc = {};
+    GetWindowRect(plain, &rc);
+    DestroyWindow(plain);
+    return {rc.right - rc.left, rc.bottom - rc.top};
+}
+
+void SendDateChange(HWND dialog, int id, int year, int month, int day, bool valid)
+{
+    NMDATETIMECHANGE change = {};
+    change.nmhdr.hwndFrom = GetDlgItem(dialog, id);
+    change.nmhdr.idFrom = id;
+    change.nmhdr.code = DTN_DATETIMECHANGE;
+    change.dwFlags = valid ? GDT_VALID : GDT_NONE;
+    change.st.wYear = (WORD)year;
+    change.st.wMonth = (WORD)month;
+    change.st.wDay = (WORD)day;
+    SendMessageW(dialog, WM_NOTIFY, id, (LPARAM)&change);
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 #include "item/item.h"
 #include "platform/fake/fake.h"
@@ -12,6 +13,20 @@ std::wstring TestRoot();
 void DeleteTree(const std::wstring &path);
 void DeleteItemKey();
 DWORD RegistryDword(LPCWSTR name, DWORD missing = 0xDEADBEEF);
+
+// A memory DC over a 32-bit DIB, white, owned by the test: where drawing is
+// checked by its pixels.
+struct Canvas {
+    HDC dc = nullptr;
+    HBITMAP bitmap = nullptr;
+    HGDIOBJ old = nullptr;
+    int width = 0, height = 0;
+
+    void Make(int w, int h);
+    void Free();
+    COLORREF At(int x, int y) const { return GetPixel(dc, x, y); }
+    std::vector<COLORREF> Pixels() const;
+};
 
 // A plain parent window that records the watermark requests it gets.
 HWND CreateParentWindow();
@@ -33,3 +48,11 @@ protected:
     HWND item_ = nullptr;
     TODAYLISTITEM tli_ = {};
 };
+
+// Dialogs built from the templates linked into the test executable.
+LPCDLGTEMPLATEW DialogTemplate(int id);
+HWND CreateFromTemplate(int id, DLGPROC proc);
+// The window size a template gives when no dialog procedure moves or sizes it.
+SIZE TemplateSize(int id);
+// A date picker's change notification, sent to its dialog as the control would.
+void SendDateChange(HWND dialog, int id, int year, int month, int day, bool valid = true);

@@ -1,52 +1,8 @@
 // trafficlog_test.cpp: the monthly log files, byte for byte, as the writer leaves them.
 #include "tests/support.h"
-#include "trafficlog/trafficlog.h"
-
-#include <vector>
+#include "tests/logfile.h"
 
 namespace {
-
-typedef std::vector<BYTE> Bytes;
-
-Bytes Record(int day, int hour, DWORD received, DWORD transmitted)
-{
-    Bytes r(12, 0);
-    r[0] = (BYTE)day;
-    r[1] = (BYTE)hour;
-    memcpy(&r[4], &received, 4);
-    memcpy(&r[8], &transmitted, 4);
-    return r;
-}
-
-Bytes operator+(Bytes a, const Bytes &b)
-{
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
-
-Bytes FileBytes(const std::wstring &path)
-{
-    Bytes bytes;
-    HANDLE f = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                           OPEN_EXISTING, 0, nullptr);
-    if (f == INVALID_HANDLE_VALUE)
-        return bytes;
-    BYTE buffer[4096];
-    DWORD got = 0;
-    while (ReadFile(f, buffer, sizeof buffer, &got, nullptr) && got)
-        bytes.insert(bytes.end(), buffer, buffer + got);
-    CloseHandle(f);
-    return bytes;
-}
-
-void WriteBytes(const std::wstring &path, const Bytes &bytes)
-{
-    HANDLE f = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    ASSERT_NE(INVALID_HANDLE_VALUE, f);
-    DWORD written = 0;
-    WriteFile(f, bytes.data(), (DWORD)bytes.size(), &written, nullptr);
-    CloseHandle(f);
-}
 
 bool Exists(const std::wstring &path)
 {
@@ -55,81 +11,60 @@ bool Exists(const std::wstring &path)
 
 class TrafficLog : public DeviceTest {
 protected:
-    std::wstring Path(int year = 2026, int month = 1)
-    {
-        WCHAR path[MAX_PATH];
-        TrafficLogPath(year, month, path);
-        return path;
-    }
     std::wstring Ostrik() { return fake::g_device.programFiles + L"\\Ostrik"; }
 };
 
 TEST_F(TrafficLog, PathIsTheDataFolderAndTheMonth)
 {
     std::wstring folder = g_item.dataFolder;
-    EXPECT_EQ(folder + L"\\200612.log", Path(2006, 12));
-    EXPECT_EQ(folder + L"\\202601.log", Path(2026, 1));
-    EXPECT_EQ(folder + L"\\0999" L"03.log", Path(999, 3));
-
+    EXPECT_EQ(folder + L"\\200612.log", LogPath(2006, 12));
+    EXPECT_EQ(folder + L"\\099903.log", LogPath(999, 3));
     // No room for the name: no path at all rather than a cut one.
     for (int i = 0; i < 255; i++)
         g_item.dataFolder[i] = L'a';
     g_item.dataFolder[255] = 0;
-    EXPECT_EQ(L"", Path());
+    EXPECT_EQ(L"", LogPath(2026, 1));
 }
 
-TEST_F(TrafficLog, NoTrafficMakesNoFileAndNoFolder)
+TEST_F(TrafficLog, NoTrafficMakesNoFileAndNoFolderThenOneRecordByteForByte)
 {
     DeleteTree(Ostrik());
     LogTraffic(nullptr, 0, 0);
     EXPECT_FALSE(Exists(Ostrik()));
-    LogTraffic(nullptr, 1, 0);
-    EXPECT_TRUE(Exists(Path()));
-}
-
-TEST_F(TrafficLog, FirstTrafficOfAMonthIsOneRecord)
-{
-    DeleteTree(Ostrik());
     LogTraffic(nullptr, 0x01020304, 0x0A0B0C0D);
     const BYTE expected[12] = {15, 10, 0, 0, 0x04, 0x03, 0x02, 0x01, 0x0D, 0x0C, 0x0B, 0x0A};
-    EXPECT_EQ(Bytes(expected, expected + 12), FileBytes(Path()));
+    EXPECT_EQ(Bytes(expected, expected + 12), FileBytes(LogPath(2026, 1)));
 }
 
-TEST_F(TrafficLog, OneRecordPerHourInTheOrderTheHoursCame)
+TEST_F(TrafficLog, RecordsAreFoundByDayAndHourOrAppended)
 {
-    LogTraffic(nullptr, 100, 10);
-    LogTraffic(nullptr, 200, 0);
-    EXPECT_EQ(Record(15, 10, 300, 10), FileBytes(Path()));
-
-    fake::SetTime(2026, 1, 15, 11);
-    LogTraffic(nullptr, 1, 2);
-    fake::SetTime(2026, 1, 16, 10);   // same hour, next day
-    LogTraffic(nullptr, 3, 4);
-    EXPECT_EQ(Record(15, 10, 300, 10) + Record(15, 11, 1, 2) + Record(16, 10, 3, 4), FileBytes(Path()));
-}
-
-TEST_F(TrafficLog, FieldsWrapAroundWithoutCheck)
-{
-    LogTraffic(nullptr, 0xFFFFFFF0, 7);
-    LogTraffic(nullptr, 0x20, 0xFFFFFFFF);
-    EXPECT_EQ(Record(15, 10, 0x10, 6), FileBytes(Path()));
-}
-
-TEST_F(TrafficLog, CutTailIsSteppedOverAndTheRecordGoesAfterIt)
-{
-    const BYTE tail[5] = {3, 4, 0, 0, 9};
-    Bytes before = Record(15, 9, 50, 60) + Bytes(tail, tail + 5);
-    WriteBytes(Path(), before);
-    LogTraffic(nullptr, 1, 2);
-    EXPECT_EQ(before + Record(15, 10, 1, 2), FileBytes(Path()));   // misaligned from here on
-}
-
-TEST_F(TrafficLog, ClockSetBackAddsToTheEarlierHour)
-{
-    WriteBytes(Path(), Record(15, 9, 50, 60) + Record(15, 10, 70, 80));
-    fake::SetTime(2026, 1, 15, 9, 30);
-    LogTraffic(nullptr, 1, 2);
-    EXPECT_EQ(Record(15, 9, 51, 62) + Record(15, 10, 70, 80), FileBytes(Path()));
+    struct Tick { int day, hour; DWORD received, transmitted; };
+    const Bytes tail = {3, 4, 0, 0, 9};
+    const struct {
+        const char *what;
+        Bytes before;
+        std::vector<Tick> ticks;
+        Bytes after;
+    } cases[] = {
+        {"same hour, new hour, same hour next day", {},
+         {{15, 10, 100, 10}, {15, 10, 200, 0}, {15, 11, 1, 2}, {16, 10, 3, 4}},
+         Record(15, 10, 300, 10) + Record(15, 11, 1, 2) + Record(16, 10, 3, 4)},
+        {"fields wrap without check", {}, {{15, 10, 0xFFFFFFF0, 7}, {15, 10, 0x20, 0xFFFFFFFF}},
+         Record(15, 10, 0x10, 6)},
+        // The cut tail matches nothing; the file is misaligned from there on.
+        {"cut tail", Record(15, 9, 50, 60) + tail, {{15, 10, 1, 2}},
+         Record(15, 9, 50, 60) + tail + Record(15, 10, 1, 2)},
+        {"clock set back", Record(15, 9, 50, 60) + Record(15, 10, 70, 80), {{15, 9, 1, 2}},
+         Record(15, 9, 51, 62) + Record(15, 10, 70, 80)},
+    };
+    for (auto &c : cases) {
+        WriteBytes(LogPath(2026, 1), c.before);
+        for (const Tick &t : c.ticks) {
+            fake::SetTime(2026, 1, t.day, t.hour, 30);
+            LogTraffic(nullptr, t.received, t.transmitted);
+        }
+        EXPECT_EQ(c.after, FileBytes(LogPath(2026, 1))) << c.what;
+    }
 }
 
 TEST_F(TrafficLog, MonthsGetFilesOfTheirOwn)
@@ -138,54 +73,46 @@ TEST_F(TrafficLog, MonthsGetFilesOfTheirOwn)
     LogTraffic(nullptr, 5, 5);
     fake::SetTime(2026, 2, 1, 0);
     LogTraffic(nullptr, 6, 6);
-    EXPECT_EQ(Record(31, 23, 5, 5), FileBytes(Path(2026, 1)));
-    EXPECT_EQ(Record(1, 0, 6, 6), FileBytes(Path(2026, 2)));
+    EXPECT_EQ(Record(31, 23, 5, 5), FileBytes(LogPath(2026, 1)));
+    EXPECT_EQ(Record(1, 0, 6, 6), FileBytes(LogPath(2026, 2)));
 }
 
 TEST_F(TrafficLog, AReaderHoldingTheFileDoesNotLockTheWriterOut)
 {
     LogTraffic(nullptr, 1, 1);
-    HANDLE reader = CreateFileW(Path().c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    HANDLE reader = CreateFileW(LogPath(2026, 1).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(INVALID_HANDLE_VALUE, reader);
     LogTraffic(nullptr, 1, 1);
     CloseHandle(reader);
-    EXPECT_EQ(Record(15, 10, 2, 2), FileBytes(Path()));
+    EXPECT_EQ(Record(15, 10, 2, 2), FileBytes(LogPath(2026, 1)));
 }
 
 TEST_F(TrafficLog, FailedOpenDropsTheIncrements)
 {
-    // The install folder is on a card that is not there.
-    std::wstring missing = TestRoot() + L"\\Storage Card";
-    lstrcpyW(g_item.dataFolder, (missing + L"\\Logs").c_str());
+    // The data folder is on a card that is not there: nothing is made there,
+    // but the default folders are all the same.
+    std::wstring card = TestRoot() + L"\\Storage Card";
+    lstrcpyW(g_item.dataFolder, (card + L"\\Logs").c_str());
     DeleteTree(Ostrik());
     LogTraffic(nullptr, 1, 1);
-    EXPECT_FALSE(Exists(missing));
-    EXPECT_TRUE(Exists(Ostrik() + L"\\Quorvane"));   // the default folders are made all the same
+    EXPECT_FALSE(Exists(card));
+    EXPECT_TRUE(Exists(Ostrik() + L"\\Quorvane"));
 
     // The month's name is taken by a folder.
     lstrcpyW(g_item.dataFolder, (Ostrik() + L"\\Quorvane").c_str());
-    ASSERT_TRUE(CreateDirectoryW(Path().c_str(), nullptr));
+    ASSERT_TRUE(CreateDirectoryW(LogPath(2026, 1).c_str(), nullptr));
     LogTraffic(nullptr, 1, 1);
-    EXPECT_TRUE(GetFileAttributesW(Path().c_str()) & FILE_ATTRIBUTE_DIRECTORY);
+    EXPECT_TRUE(GetFileAttributesW(LogPath(2026, 1).c_str()) & FILE_ATTRIBUTE_DIRECTORY);
 }
 
-// A log whose reads fail after the first record: the far end of a pipe
-// serves one record and then goes away.
-struct PipeLog {
-    HANDLE server;
-    volatile LONG connected;
-};
-
-DWORD WINAPI ServeOneRecordThenClose(void *param)
+// The far end of a pipe serves one record and goes away: every read after it fails.
+DWORD WINAPI ServeOneRecordThenClose(void *pipe)
 {
-    PipeLog *log = static_cast<PipeLog *>(param);
-    if (ConnectNamedPipe(log->server, nullptr) || GetLastError() == ERROR_PIPE_CONNECTED)
-        log->connected = 1;
-    Bytes record = Record(15, 9, 1, 1);
+    ConnectNamedPipe(pipe, nullptr);
     DWORD written = 0;
-    WriteFile(log->server, record.data(), 12, &written, nullptr);
-    CloseHandle(log->server);
+    WriteFile(pipe, Record(15, 9, 1, 1).data(), 12, &written, nullptr);
+    CloseHandle(pipe);
     return 0;
 }
 
@@ -197,21 +124,17 @@ DWORD WINAPI LogOneTick(void *)
 
 TEST_F(TrafficLog, FailingReadsDropTheIncrementsInsteadOfHanging)
 {
-    WCHAR folder[64];
-    wsprintfW(folder, L"\\\\.\\pipe\\quorvane-%lu", GetCurrentProcessId());
-    lstrcpyW(g_item.dataFolder, folder);
-    PipeLog log = {};
-    log.server = CreateNamedPipeW(Path().c_str(), PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE | PIPE_WAIT, 1,
-                                  4096, 4096, 0, nullptr);
-    ASSERT_NE(INVALID_HANDLE_VALUE, log.server);
-    HANDLE server = CreateThread(nullptr, 0, ServeOneRecordThenClose, &log, 0, nullptr);
+    wsprintfW(g_item.dataFolder, L"\\\\.\\pipe\\quorvane-%lu", GetCurrentProcessId());
+    HANDLE pipe = CreateNamedPipeW(LogPath(2026, 1).c_str(), PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE | PIPE_WAIT,
+                                   1, 4096, 4096, 0, nullptr);
+    ASSERT_NE(INVALID_HANDLE_VALUE, pipe);
+    HANDLE server = CreateThread(nullptr, 0, ServeOneRecordThenClose, pipe, 0, nullptr);
     HANDLE writer = CreateThread(nullptr, 0, LogOneTick, nullptr, 0, nullptr);
     DWORD waited = WaitForSingleObject(writer, 10000);
     if (waited != WAIT_OBJECT_0)
         TerminateThread(writer, 1);
     EXPECT_EQ(WAIT_OBJECT_0, waited) << "the writer kept retrying its read";
-    WaitForSingleObject(server, 10000);
-    EXPECT_EQ(1, log.connected);   // the writer did open the log
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(server, 10000)) << "the writer never opened the log";
     CloseHandle(writer);
     CloseHandle(server);
 }

@@ -3,12 +3,10 @@
 #include "tests/support.h"
 #include "trafficlog/reader.h"
 
-#include <string>
-
 namespace {
 
 const COLORREF kRed = RGB(255, 0, 0), kBlue = RGB(0, 0, 255);
-const COLORREF kGrid = RGB(200, 208, 220), kAxis = RGB(70, 80, 96);
+const COLORREF kGrid = RGB(200, 208, 220), kAxis = RGB(70, 80, 96), kInk = 0xFFFFFFFF;
 
 TEST(UsageScale, EachRowRunsUpToItsStrictBound)
 {
@@ -20,51 +18,42 @@ TEST(UsageScale, EachRowRunsUpToItsStrictBound)
         EXPECT_EQ(row, ChooseUsageScale(bound - 1)) << bound;
         EXPECT_NE(row, ChooseUsageScale(bound)) << bound;
         EXPECT_EQ(bound, row->fullScale);
+        // A bar of exactly the full scale is 100 %, despite the reciprocal.
+        EXPECT_EQ(100, UsageBarPercent(row->fullScale, row->fullScale)) << bound;
         previous = bound;
     }
+    EXPECT_EQ(100, UsageBarPercent(2048000000, 2048000000));
 }
 
-TEST(UsageScale, ChosenRowsAndTheirLabels)
+TEST(UsageScale, ChosenRowsKeepTheirOddUnits)
 {
-    const UsageScale *r = ChooseUsageScale(0);
-    EXPECT_EQ(1024.0, r->fullScale);
-    EXPECT_STREQ(L"1.0KB", r->labels[0]);
-    EXPECT_STREQ(L"0.2KB", r->labels[4]);
-
-    r = ChooseUsageScale(1024);   // strict: 1,024 is already the next row
-    EXPECT_EQ(10240.0, r->fullScale);
-    EXPECT_STREQ(L"10KB", r->labels[0]);
-
-    r = ChooseUsageScale(1048576);   // the axis' megabyte is 1,000 KB
-    EXPECT_EQ(2048000.0, r->fullScale);
-    EXPECT_STREQ(L"2.0MB", r->labels[0]);
-    EXPECT_STREQ(L"0.4MB", r->labels[4]);
-
-    r = ChooseUsageScale(4500000);   // the one megabyte row without decimals
-    EXPECT_STREQ(L"5MB", r->labels[0]);
-    EXPECT_STREQ(L"1MB", r->labels[4]);
-    EXPECT_STREQ(L"6.0MB", ChooseUsageScale(5120000)->labels[0]);
-
-    EXPECT_STREQ(L"1.0GB", ChooseUsageScale(1023999999)->labels[0]);
-    r = ChooseUsageScale(1024000000);
-    EXPECT_EQ(2048000000.0, r->fullScale);
-    EXPECT_STREQ(L">2GB", r->labels[0]);
-    EXPECT_EQ(r, ChooseUsageScale(1e15));
+    struct {
+        double maximum, fullScale;
+        const wchar_t *labels;
+    } cases[] = {
+        {0, 1024, L"1.0KB 0.8KB 0.6KB 0.4KB 0.2KB"},
+        {1024, 10240, L"10KB 8KB 6KB 4KB 2KB"},            // strict: 1,024 is already the next row
+        {1048576, 2048000, L"2.0MB 1.6MB 1.2MB 0.8MB 0.4MB"},   // the axis' megabyte is 1,000 KB
+        {4500000, 5120000, L"5MB 4MB 3MB 2MB 1MB"},          // the one megabyte row without decimals
+        {5120000, 6144000, L"6.0MB 4.8MB 3.6MB 2.4MB 1.2MB"},
+        {1023999999, 1024000000, L"1.0GB 0.8GB 0.6GB 0.4GB 0.2GB"},
+        {1024000000, 2048000000, L">2GB 1.6GB 1.2GB 0.8GB 0.4GB"},
+        {1e15, 2048000000, L">2GB 1.6GB 1.2GB 0.8GB 0.4GB"},
+    };
+    for (const auto &c : cases) {
+        const UsageScale *row = ChooseUsageScale(c.maximum);
+        std::wstring labels = row->labels[0];
+        for (int j = 1; j < 5; j++)
+            labels += std::wstring(L" ") + row->labels[j];
+        EXPECT_EQ(c.fullScale, row->fullScale) << c.maximum;
+        EXPECT_EQ(c.labels, labels) << c.maximum;
+    }
 }
 
 TEST(UsageScale, BarPercentTruncatesAndClamps)
 {
-    // Every full scale gives exactly 100, despite the reciprocal.
-    double previous = 0;
-    for (int i = 0; i < USAGE_SCALE_ROWS; i++) {
-        const UsageScale *row = ChooseUsageScale(previous);
-        EXPECT_EQ(100, UsageBarPercent(row->fullScale, row->fullScale)) << row->fullScale;
-        previous = row->below;
-    }
-    EXPECT_EQ(97, UsageBarPercent(1000, 1024));   // the maximum itself is not 100 %
     EXPECT_EQ(99, UsageBarPercent(1023, 1024));
     EXPECT_EQ(0, UsageBarPercent(10, 1024));
-    EXPECT_EQ(0, UsageBarPercent(0, 1024));
     EXPECT_EQ(100, UsageBarPercent(4294967295.0 * 31, 2048000000));
 }
 
@@ -82,41 +71,22 @@ TEST(UsageTexts, PageIndicatorAndSlotNames)
     EXPECT_STREQ(L"11 am", FormatUsageSlot(USAGE_HOURLY, 11, true, t, 32));
     EXPECT_STREQ(L"12 pm", FormatUsageSlot(USAGE_HOURLY, 12, true, t, 32));
     EXPECT_STREQ(L"01 pm", FormatUsageSlot(USAGE_HOURLY, 13, true, t, 32));
-    EXPECT_STREQ(L"11 pm", FormatUsageSlot(USAGE_HOURLY, 23, true, t, 32));
     EXPECT_STREQ(L"00:00", FormatUsageSlot(USAGE_HOURLY, 0, false, t, 32));
     EXPECT_STREQ(L"17:00", FormatUsageSlot(USAGE_HOURLY, 17, false, t, 32));
     EXPECT_STREQ(L"7", FormatUsageSlot(USAGE_DAILY, 7, true, t, 32));
-    EXPECT_STREQ(L"31", FormatUsageSlot(USAGE_DAILY, 31, false, t, 32));
 }
 
-// The painter on a white 32-bit surface, as the dialog's client area.
+// The painter on a white surface, as the dialog's client area.
 class UsagePaint : public DeviceTest {
 protected:
     void SetUp() override
     {
         DeviceTest::SetUp();
-        BITMAPINFO bi = {};
-        bi.bmiHeader.biSize = sizeof bi.bmiHeader;
-        bi.bmiHeader.biWidth = kSize;
-        bi.bmiHeader.biHeight = -kSize;
-        bi.bmiHeader.biPlanes = 1;
-        bi.bmiHeader.biBitCount = 32;
-        void *bits;
-        bitmap_ = CreateDIBSection(nullptr, &bi, DIB_RGB_COLORS, &bits, nullptr, 0);
-        dc_ = CreateCompatibleDC(nullptr);
-        old_ = SelectObject(dc_, bitmap_);
-        font_ = CreateFontW(-11, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, L"Tahoma");
-        oldFont_ = SelectObject(dc_, font_);
-        for (int i = 0; i < SERIES_SLOTS; i++)
-            tx_[i] = rx_[i] = 0;
+        canvas_.Make(520, 520);
     }
     void TearDown() override
     {
-        SelectObject(dc_, oldFont_);
-        SelectObject(dc_, old_);
-        DeleteObject(font_);
-        DeleteDC(dc_);
-        DeleteObject(bitmap_);
+        canvas_.Free();
         DeviceTest::TearDown();
     }
     void Screen(int w, int h)
@@ -126,97 +96,86 @@ protected:
     }
     void Paint(int mode, int view, double maximum, int slots, int rows = 0, int page = 0)
     {
-        PatBlt(dc_, 0, 0, kSize, kSize, WHITENESS);
-        PaintUsageChart(dc_, mode, view, rows, page, tx_, rx_, maximum, slots);
+        PatBlt(canvas_.dc, 0, 0, canvas_.width, canvas_.height, WHITENESS);
+        PaintUsageChart(canvas_.dc, mode, view, rows, page, tx_, rx_, maximum, slots);
     }
-    COLORREF Px(int x, int y) { return GetPixel(dc_, x, y); }
-    // The rows from `top` down to `bottom` (inclusive) of column x, all of one colour.
-    bool Column(int x, int top, int bottom, COLORREF c)
-    {
-        for (int y = top; y <= bottom; y++)
-            if (Px(x, y) != c)
-                return false;
-        return true;
-    }
+    // Pixels of colour c in the rectangle, bounds included; of kInk: dark ones, as the
+    // backgrounds are light everywhere text goes.
     int Count(int left, int top, int right, int bottom, COLORREF c)
     {
         int n = 0;
         for (int y = top; y <= bottom; y++)
-            for (int x = left; x <= right; x++)
-                n += Px(x, y) == c;
-        return n;
-    }
-    // Text pixels: dark ones; the backgrounds are light everywhere text goes.
-    int Ink(int left, int top, int right, int bottom)
-    {
-        int n = 0;
-        for (int y = top; y <= bottom; y++)
             for (int x = left; x <= right; x++) {
-                COLORREF c = Px(x, y);
-                n += GetRValue(c) + GetGValue(c) + GetBValue(c) < 300;
+                COLORREF p = canvas_.At(x, y);
+                n += c == kInk ? GetRValue(p) + GetGValue(p) + GetBValue(p) < 300 : p == c;
             }
         return n;
     }
-    bool RowListed(int i, int s = 1)
+    int Ink(int left, int top, int right, int bottom) { return Count(left, top, right, bottom, kInk); }
+    bool RowListed(int i) { return Ink(10, 89 + 14 * i, 41, 100 + 14 * i) > 0; }
+    // Colour c fills columns x to x + 2 from top to bottom, and nothing just above, below or beside.
+    bool Bar(int x, int top, int bottom, COLORREF c)
     {
-        return Ink(10 * s, (89 + 14 * i) * s, 41 * s, (101 + 14 * i) * s - 1) > 0;
+        return Count(x, top, x + 2, bottom, c) == 3 * (bottom - top + 1) && Count(x, top - 1, x + 2, top - 1, c) == 0 &&
+               Count(x, bottom + 1, x + 2, bottom + 1, c) == 0 && Count(x - 1, top, x - 1, bottom, c) == 0 &&
+               Count(x + 3, top, x + 3, bottom, c) == 0;
     }
 
-    static const int kSize = 520;
-    HBITMAP bitmap_ = nullptr;
-    HDC dc_ = nullptr;
-    HGDIOBJ old_ = nullptr, oldFont_ = nullptr;
-    HFONT font_ = nullptr;
-    double tx_[SERIES_SLOTS], rx_[SERIES_SLOTS];
+    Canvas canvas_;
+    double tx_[SERIES_SLOTS] = {}, rx_[SERIES_SLOTS] = {};
 };
 
-TEST_F(UsagePaint, FullScaleAnd97PercentBarsStandOnTheBaseLine)
+TEST_F(UsagePaint, BarsStandOnTheBaseLineAndTheShorterInFront)
 {
-    tx_[1] = 1024;   // exactly the full scale of the 1,000-byte maximum's row
-    tx_[2] = 1000;   // the maximum itself: 97 %
-    Paint(USAGE_DAILY, USAGE_VIEW_CHART, 1000, 31);
-    for (int x = 35; x <= 37; x++) {
-        EXPECT_TRUE(Column(x, 94, 193, kRed)) << x;
-        EXPECT_NE(kRed, Px(x, 93));
-        EXPECT_NE(kRed, Px(x, 194));
+    // The part of a bar seen in colour c; top 0: nothing of c in the slot's columns.
+    struct Seen {
+        int x, top, bottom;
+        COLORREF c;
+    };
+    struct Slot {
+        int slot;
+        double tx, rx;
+    };
+    struct {
+        const char *what;
+        int w, h, mode, slots;
+        std::vector<Slot> series;
+        std::vector<Seen> bars;
+    } cases[] = {
+        {"the full scale of the 1,000-byte maximum's row: 100 %; the maximum: 97 %", 240, 320, USAGE_DAILY, 31,
+         {{1, 1024, 0}, {2, 1000, 0}},
+         {{35, 94, 193, kRed}, {40, 97, 193, kRed}}},
+        {"equal bars once in red; the shorter of two in front", 240, 320, USAGE_DAILY, 31,
+         {{3, 500, 500}, {4, 500, 1000}, {5, 1000, 500}},
+         {{45, 146, 193, kRed}, {45, 0, 0, kBlue}, {50, 146, 193, kRed}, {50, 97, 145, kBlue},
+          {55, 146, 193, kBlue}, {55, 97, 145, kRed}}},
+        {"hour 0 stands one slot in, hour 23 last", 240, 320, USAGE_HOURLY, 24,
+         {{0, 1000, 0}, {23, 0, 1000}},
+         {{37, 97, 193, kRed}, {198, 97, 193, kBlue}}},
+        {"hi-res doubles positions and heights, not the bar's width", 480, 640, USAGE_DAILY, 31,
+         {{1, 1024, 0}},
+         {{70, 189, 388, kRed}}},
+    };
+    for (const auto &c : cases) {
+        Screen(c.w, c.h);
+        for (int i = 0; i < SERIES_SLOTS; i++)
+            tx_[i] = rx_[i] = 0;
+        for (const Slot &s : c.series) {
+            tx_[s.slot] = s.tx;
+            rx_[s.slot] = s.rx;
+        }
+        Paint(c.mode, USAGE_VIEW_CHART, 1000, c.slots);
+        for (const Seen &b : c.bars)
+            EXPECT_TRUE(b.top ? Bar(b.x, b.top, b.bottom, b.c) : Count(b.x, 90, b.x + 2, 193, b.c) == 0)
+                << c.what << ", x " << b.x;
     }
-    EXPECT_NE(kRed, Px(34, 150));
-    EXPECT_NE(kRed, Px(38, 150));
-    EXPECT_TRUE(Column(40, 97, 193, kRed));
-    EXPECT_NE(kRed, Px(40, 96));
-}
 
-TEST_F(UsagePaint, SharedSlotsShowTheShorterBarInFrontAndEqualOnesOnceInRed)
-{
-    tx_[3] = rx_[3] = 500;                 // 48 % each
-    tx_[4] = 500, rx_[4] = 1000;           // 48 % red in front of 97 % blue
-    tx_[5] = 1000, rx_[5] = 500;           // 48 % blue in front of 97 % red
-    Paint(USAGE_DAILY, USAGE_VIEW_CHART, 1000, 31);
-
-    EXPECT_TRUE(Column(45, 146, 193, kRed));
-    EXPECT_EQ(0, Count(45, 90, 47, 193, kBlue));
-    EXPECT_NE(kRed, Px(45, 145));
-
-    EXPECT_TRUE(Column(51, 146, 193, kRed));
-    EXPECT_TRUE(Column(51, 97, 145, kBlue));
-    EXPECT_TRUE(Column(56, 146, 193, kBlue));
-    EXPECT_TRUE(Column(56, 97, 145, kRed));
-}
-
-TEST_F(UsagePaint, HourlyBarsStartOneSlotInAndNoTrafficDrawsNoBars)
-{
-    tx_[0] = 1000;
-    rx_[23] = 1000;
-    Paint(USAGE_HOURLY, USAGE_VIEW_CHART, 1000, 24);
-    EXPECT_TRUE(Column(37, 97, 193, kRed));
-    EXPECT_NE(kRed, Px(36, 150));
-    EXPECT_TRUE(Column(200, 97, 193, kBlue));
-    EXPECT_NE(kBlue, Px(201, 150));
-
-    tx_[0] = rx_[23] = 0;
+    // No traffic: a maximum of 0 and no bar at all.
+    Screen(240, 320);
+    for (int i = 0; i < SERIES_SLOTS; i++)
+        tx_[i] = rx_[i] = 0;
     Paint(USAGE_HOURLY, USAGE_VIEW_CHART, 0, 24);
-    EXPECT_EQ(0, Count(33, 90, 203, 193, kRed));
-    EXPECT_EQ(0, Count(33, 90, 203, 193, kBlue));
+    EXPECT_EQ(0, Count(33, 90, 203, 193, kRed) + Count(33, 90, 203, 193, kBlue));
 }
 
 TEST_F(UsagePaint, GridAndLabelsMeetTheBars)
@@ -230,7 +189,6 @@ TEST_F(UsagePaint, GridAndLabelsMeetTheBars)
     }
     EXPECT_GT(Count(33, 194, 200, 194, kAxis), 150);
     EXPECT_EQ(0, Count(33, 193, 200, 193, kAxis));
-
     // Five right-aligned labels, each centred on its level.
     for (int i = 0; i < 5; i++) {
         int top = 88 + 20 * i;
@@ -238,58 +196,37 @@ TEST_F(UsagePaint, GridAndLabelsMeetTheBars)
         EXPECT_GT(Ink(24, top, 29, top + 14), 0) << i;
         EXPECT_EQ(0, Ink(2, top - 5, 29, top - 1)) << i;
     }
-}
-
-TEST_F(UsagePaint, HiResDoublesPositionsButNotTheBarWidth)
-{
+    // Stretched on hi-res, the 100 % line takes rows 188 and 189, where the bars end.
     Screen(480, 640);
-    tx_[1] = 1024;
-    Paint(USAGE_DAILY, USAGE_VIEW_CHART, 1000, 31);
-    for (int x = 70; x <= 72; x++)
-        EXPECT_TRUE(Column(x, 189, 388, kRed)) << x;
-    EXPECT_NE(kRed, Px(70, 188));
-    EXPECT_NE(kRed, Px(69, 300));
-    EXPECT_NE(kRed, Px(73, 300));
-    // The stretched grid's 100 % line takes rows 188 and 189.
+    Paint(USAGE_DAILY, USAGE_VIEW_CHART, 0, 31);
     EXPECT_GT(Count(100, 189, 380, 189, kGrid), 40);
     EXPECT_EQ(0, Count(100, 187, 380, 187, kGrid));
 }
 
-TEST_F(UsagePaint, TablePagesHoldEightRows)
+TEST_F(UsagePaint, TablePagesHoldEightRowsAndHourZeroIsNeverListed)
 {
-    for (int d = 1; d <= 9; d++)
-        tx_[d] = 100 * d;
-    Paint(USAGE_DAILY, USAGE_VIEW_TABLE, 900, 31, 9, 0);
-    for (int i = 0; i < 8; i++)
-        EXPECT_TRUE(RowListed(i)) << i;
-    EXPECT_GT(Ink(10, 205, 105, 217), 0);   // the indicator, in portrait below the table
-    Paint(USAGE_DAILY, USAGE_VIEW_TABLE, 900, 31, 9, 1);
-    EXPECT_TRUE(RowListed(0));
-    EXPECT_FALSE(RowListed(1));
-
-    tx_[9] = 0;
-    Paint(USAGE_DAILY, USAGE_VIEW_TABLE, 800, 31, 8, 0);
-    EXPECT_TRUE(RowListed(7));
-}
-
-TEST_F(UsagePaint, HourZeroCountsTowardsPagesButIsNeverListed)
-{
-    for (int h = 0; h <= 8; h++)
-        rx_[h] = 50;
-    Paint(USAGE_HOURLY, USAGE_VIEW_TABLE, 50, 24, 9, 0);
-    for (int i = 0; i < 8; i++)
-        EXPECT_TRUE(RowListed(i)) << i;
-    Paint(USAGE_HOURLY, USAGE_VIEW_TABLE, 50, 24, 9, 1);
-    EXPECT_FALSE(RowListed(0));
-}
-
-TEST_F(UsagePaint, LandscapeMovesTheIndicatorBesideTheTable)
-{
-    Screen(320, 240);
-    Paint(USAGE_DAILY, USAGE_VIEW_TABLE, 0, 31, 0, 0);
-    EXPECT_GT(Ink(208, 87, 238, 106), 0);
-    EXPECT_EQ(0, Ink(10, 205, 105, 217));
-    EXPECT_FALSE(RowListed(0));
+    struct {
+        const char *what;
+        int w, h, mode, rows, page, listed;   // rows: the first slots of the mode with data
+    } cases[] = {
+        {"9 days, page 1 of 2", 240, 320, USAGE_DAILY, 9, 0, 8},
+        {"9 days, page 2 of 2", 240, 320, USAGE_DAILY, 9, 1, 1},
+        {"8 days, one page", 240, 320, USAGE_DAILY, 8, 0, 8},
+        {"hours 0 to 8 make two pages, hours 1 to 8 are listed", 240, 320, USAGE_HOURLY, 9, 0, 8},
+        {"hours 0 to 8, page 2 lists nothing", 240, 320, USAGE_HOURLY, 9, 1, 0},
+        {"landscape puts the indicator beside the table", 320, 240, USAGE_DAILY, 0, 0, 0},
+    };
+    for (const auto &c : cases) {
+        Screen(c.w, c.h);
+        int first = c.mode == USAGE_HOURLY ? 0 : 1;
+        for (int i = 0; i < SERIES_SLOTS; i++)
+            tx_[i] = i >= first && i < first + c.rows ? 100.0 * (i + 1) : 0;
+        Paint(c.mode, USAGE_VIEW_TABLE, 100.0 * c.rows, c.mode == USAGE_HOURLY ? 24 : 31, c.rows, c.page);
+        for (int i = 0; i < 8; i++)
+            EXPECT_EQ(i < c.listed, RowListed(i)) << c.what << ", row " << i;
+        EXPECT_EQ(c.w < c.h, Ink(10, 205, 105, 217) > 0) << c.what;   // the indicator, below the table
+        EXPECT_EQ(c.w > c.h, Ink(208, 87, 238, 106) > 0) << c.what;   // or beside it
+    }
 }
 
 TEST_F(UsagePaint, HeaderIconsAndNoDeviceContext)

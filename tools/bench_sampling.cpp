@@ -2,94 +2,27 @@
 //
 // Run by hand under Wine: ./wine-run.sh bench_sampling.exe [rounds]. The
 // device is the fake one; the files are real.
+#include "tools/bench.h"
 #include "item/item.h"
 #include "platform/fake/fake.h"
 #include "trafficlog/trafficlog.h"
 
 #include <stdio.h>
-#include <stdlib.h>
-
-#include <algorithm>
-#include <string>
-#include <vector>
-
-namespace {
-
-LARGE_INTEGER g_frequency;
-
-double Now()
-{
-    LARGE_INTEGER t;
-    QueryPerformanceCounter(&t);
-    return (double)t.QuadPart * 1e6 / (double)g_frequency.QuadPart;
-}
-
-// Median and mean of `rounds` runs of `step`, in microseconds.
-template <typename Step> void Measure(const char *what, int rounds, Step step)
-{
-    std::vector<double> times;
-    times.reserve(rounds);
-    for (int i = 0; i < rounds; i++) {
-        double start = Now();
-        step();
-        times.push_back(Now() - start);
-    }
-    double sum = 0;
-    for (double t : times)
-        sum += t;
-    std::sort(times.begin(), times.end());
-    printf("%-52s median %8.1f us   mean %8.1f us   (%d runs)\n", what, times[times.size() / 2],
-           sum / times.size(), rounds);
-}
-
-// A month with traffic in every hour: 31 x 24 records, in time order.
-void WriteFullMonth(const WCHAR *path)
-{
-    HANDLE f = CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    for (int day = 1; day <= 31; day++) {
-        for (int hour = 0; hour < 24; hour++) {
-            TrafficLogRecord r = {};
-            r.day = (signed char)day;
-            r.hour = (signed char)hour;
-            r.received = 1000u * day;
-            r.transmitted = 10u * hour;
-            DWORD written;
-            WriteFile(f, &r, sizeof r, &written, nullptr);
-        }
-    }
-    CloseHandle(f);
-}
-
-DWORD FileSize(const WCHAR *path)
-{
-    WIN32_FILE_ATTRIBUTE_DATA data;
-    return GetFileAttributesExW(path, GetFileExInfoStandard, &data) ? data.nFileSizeLow : 0;
-}
-
-} // namespace
 
 int main(int argc, char **argv)
 {
-    int rounds = argc > 1 ? atoi(argv[1]) : 2000;
-    if (rounds < 1)
-        rounds = 1;
-    QueryPerformanceFrequency(&g_frequency);
-
-    WCHAR temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    std::wstring root = std::wstring(temp) + L"quorvane-bench";
-    fake::Reset(root);
-    g_item.instance = GetModuleHandleW(nullptr);
-    InitializeItemState();
-    std::wstring folder = root + L"\\Logs";
-    CreateDirectoryW(folder.c_str(), nullptr);
-    lstrcpyW(g_item.dataFolder, folder.c_str());
+    int rounds = BenchRounds(argc, argv, 2000);
+    std::wstring root = BenchRoot(L"quorvane-bench");
+    BenchLogFolder(root);
 
     // The last hour of the month: every write scans all 744 records.
     fake::SetTime(2026, 1, 31, 23);
+    WriteFullMonth(2026, 1, [](int, int day, int hour, TrafficLogRecord *r) {
+        r->received = 1000u * day;
+        r->transmitted = 10u * hour;
+    });
     WCHAR path[MAX_PATH];
     TrafficLogPath(2026, 1, path);
-    WriteFullMonth(path);
     printf("month file: %lu bytes (%lu records)\n", FileSize(path), FileSize(path) / 12);
 
     Measure("LogTraffic, full month (744 records)", rounds, [] { LogTraffic(nullptr, 1000, 500); });

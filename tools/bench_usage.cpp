@@ -4,6 +4,7 @@
 //   xvfb-run -a ./wine-run.sh bench_usage.exe [rounds]
 // The device is the fake one; the log file is a real file. Without a display
 // only the parts that need no window are measured.
+#include "tools/bench.h"
 #include "charts/charts.h"
 #include "charts/usage_dialog.h"
 #include "item/item.h"
@@ -12,58 +13,8 @@
 #include "trafficlog/trafficlog.h"
 
 #include <stdio.h>
-#include <stdlib.h>
-
-#include <algorithm>
-#include <string>
-#include <vector>
 
 namespace {
-
-LARGE_INTEGER g_frequency;
-
-double Now()
-{
-    LARGE_INTEGER t;
-    QueryPerformanceCounter(&t);
-    return (double)t.QuadPart * 1e6 / (double)g_frequency.QuadPart;
-}
-
-// Every hour of 31 days, as the writer leaves a busy month.
-void WriteFullMonth(int year, int month)
-{
-    WCHAR path[MAX_PATH];
-    TrafficLogPath(year, month, path);
-    HANDLE f = CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    for (int day = 1; day <= 31; day++) {
-        for (int hour = 0; hour < 24; hour++) {
-            TrafficLogRecord r = {};
-            r.day = (signed char)day;
-            r.hour = (signed char)hour;
-            r.received = 45000u * (hour + 1) + 1000u * day;
-            r.transmitted = 12000u * (day + 1);
-            DWORD written;
-            WriteFile(f, &r, sizeof r, &written, nullptr);
-        }
-    }
-    CloseHandle(f);
-}
-
-template <typename F> void Measure(const char *what, int rounds, F step)
-{
-    std::vector<double> times;
-    for (int i = 0; i < rounds; i++) {
-        double start = Now();
-        step();
-        times.push_back(Now() - start);
-    }
-    double sum = 0;
-    for (double t : times)
-        sum += t;
-    std::sort(times.begin(), times.end());
-    printf("%-44s median %8.1f us   mean %8.1f us   min %8.1f us   (%d runs)\n", what,
-           times[times.size() / 2], sum / times.size(), times[0], rounds);
-}
 
 // The dialog's client area as a memory surface, for the painter alone.
 struct Surface {
@@ -103,19 +54,15 @@ void FreeSurface(Surface &o)
 
 int main(int argc, char **argv)
 {
-    int rounds = argc > 1 ? atoi(argv[1]) : 300;
-    if (rounds < 1)
-        rounds = 1;
-    QueryPerformanceFrequency(&g_frequency);
-
-    WCHAR temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    std::wstring root = std::wstring(temp) + L"quorvane-bench-usage";
-    fake::Reset(root);
+    int rounds = BenchRounds(argc, argv, 300);
+    BenchRoot(L"quorvane-bench-usage");
     fake::SetTime(2025, 7, 20, 12);
     if (!AttachModule(GetModuleHandleW(nullptr)))
         return 1;
-    WriteFullMonth(2025, 7);
+    WriteFullMonth(2025, 7, [](int, int day, int hour, TrafficLogRecord *r) {
+        r->received = 45000u * (hour + 1) + 1000u * day;
+        r->transmitted = 12000u * (day + 1);
+    });
 
     g_usage.year = 2025;
     g_usage.month = 7;

@@ -226,14 +226,17 @@ TASKBAR_IDS = {
 
 TASKBAR_SENT = (255, 70, 54)
 TASKBAR_RECEIVED = (72, 162, 255)
-TASKBAR_IDLE = (200, 210, 226, 96)
+# Opaque, like the lit colours: the item puts back what it last saw under the
+# icon, its previous icon included, so every state must cover the same pixels
+# or the old arrows would show through the new icon.
+TASKBAR_IDLE = (104, 118, 146)
 
 
 def taskbar_icon(state, level, size):
     s = size // 16
     img = Image(size, size)
     lit = kit.LEVEL_COLOURS[level]
-    off = (200, 210, 226, 110)
+    off = TASKBAR_IDLE
     for i in range(4):
         h = (4 + 3 * i) * s
         x = (i * 3) * s

@@ -1,6 +1,6 @@
 #!/bin/sh
 # strip_screenshot.sh: the strip on a normal and a hi-res screen with traffic flowing, checked by its pixels.
-# Usage: sh strip_screenshot.sh BUILD_DIR [KEEP_DIR]  (KEEP_DIR receives strip-normal.png and strip-hires.png)
+# Usage: sh strip_screenshot.sh BUILD_DIR [KEEP_DIR]  (KEEP_DIR receives strip-normal.png, strip-hires.png, livegraph.png)
 #
 # Traffic: as root, the host runs in a network namespace of its own whose only
 # Ethernet adapter is one end of a veth pair (198.51.100.10/24); a peer namespace
@@ -166,12 +166,15 @@ PY
 
 if [ -n "$KEEP" ]; then
     mkdir -p "$KEEP"
+    # For the README: the live graph over the same traffic (opened by a tap on the graph).
+    $HOSTRUN "$BUILD/todayhost.exe" --screen 480x640 --tap 20,20 --ticks "$TICKS" --screenshot "$OUT/livegraph.png" \
+        || fail "host (live graph) exited with $?"
     # The host writes its pictures uncompressed; these are kept, so squeeze them.
     python3 - "$ART" "$OUT" "$KEEP" <<'PY' || fail "cannot write to $KEEP"
 import sys
 sys.path.insert(0, sys.argv[1])
 from artlib import load_png, save_png
-for name in ("strip-normal.png", "strip-hires.png"):
+for name in ("strip-normal.png", "strip-hires.png", "livegraph.png"):
     save_png(load_png("%s/%s" % (sys.argv[2], name)), "%s/%s" % (sys.argv[3], name))
 PY
 fi
