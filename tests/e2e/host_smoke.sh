@@ -3,6 +3,7 @@
 set -u
 BUILD=${1:?usage: host_smoke.sh BUILD_DIR}
 RUN="$BUILD/wine-run.sh"
+ART="$(cd "$(dirname "$0")/../../resources/art" && pwd)"
 KEY='HKLM\Software\Microsoft\Today\Items\Quorvane'
 OUT=$(mktemp -d)
 trap 'rm -rf "$OUT"' EXIT
@@ -35,20 +36,13 @@ for pair in 'XLocation 0x4b' 'TIcon 0x1' 'TFormat 0x1'; do
 done
 
 # The taskbar drawn by the host is on the screenshot, so the capture is of the device screen.
-python3 - "$OUT/normal.png" <<'PY' || fail "screenshot does not show the Today screen"
-import struct, sys, zlib
-data = open(sys.argv[1], "rb").read()
-w, h = struct.unpack(">II", data[16:24])
-pos, idat = 8, b""
-while pos < len(data):
-    n, kind = struct.unpack(">I4s", data[pos:pos + 8])
-    if kind == b"IDAT":
-        idat += data[pos + 8:pos + 8 + n]
-    pos += 12 + n
-raw = zlib.decompress(idat)
+python3 - "$ART" "$OUT/normal.png" <<'PY' || fail "screenshot does not show the Today screen"
+import sys
+sys.path.insert(0, sys.argv[1])
+from artlib import load_png
+img = load_png(sys.argv[2])
 def px(x, y):
-    o = y * (w * 3 + 1) + 1 + x * 3
-    return tuple(raw[o:o + 3])
+    return img.get(x, y)[:3]
 assert px(120, 2) == (16, 52, 120), px(120, 2)      # taskbar
 r, g, b = px(120, 300)                             # Today background
 assert b > 200 and r > 180, (r, g, b)

@@ -3,6 +3,7 @@
 set -u
 BUILD=${1:?usage: livegraph_screen.sh BUILD_DIR}
 RUN="$BUILD/wine-run.sh"
+ART="$(cd "$(dirname "$0")/../../resources/art" && pwd)"
 OUT=$(mktemp -d)
 trap 'rm -rf "$OUT"' EXIT
 fail() { echo "livegraph_screen: $*"; exit 1; }
@@ -20,21 +21,15 @@ for case in 240x320:10,10:1 480x640:20,20:2 320x240:10,10:1 640x480:20,20:2; do
     # and a repaint of the graph after them.
     "$RUN" "$BUILD/todayhost.exe" --screen "$screen" --tap "$tap" --seconds 8 --screenshot "$shot" \
         || fail "host on $screen exited with $?"
-    python3 - "$shot" "$scale" <<'PY' || fail "the $screen screenshot does not show the live graph"
-import struct, sys, zlib
-data = open(sys.argv[1], "rb").read()
-s = int(sys.argv[2])
-w, h = struct.unpack(">II", data[16:24])
-pos, idat = 8, b""
-while pos < len(data):
-    n, kind = struct.unpack(">I4s", data[pos:pos + 8])
-    if kind == b"IDAT":
-        idat += data[pos + 8:pos + 8 + n]
-    pos += 12 + n
-raw = zlib.decompress(idat)
+    python3 - "$ART" "$shot" "$scale" <<'PY' || fail "the $screen screenshot does not show the live graph"
+import sys
+sys.path.insert(0, sys.argv[1])
+from artlib import load_png
+img = load_png(sys.argv[2])
+s = int(sys.argv[3])
+w, h = img.width, img.height
 def px(x, y):
-    o = y * (w * 3 + 1) + 1 + x * 3
-    return tuple(raw[o:o + 3])
+    return img.get(x, y)[:3]
 
 RED, BLUE, WHITE = (255, 0, 0), (0, 0, 255), (255, 255, 255)
 # The background's legend: a red bar (3 x 9 at scale 1) over a blue one 14
@@ -63,7 +58,7 @@ ink = sum(1 for y in range(7 * s, 22 * s) for x in range(2 * s, 29 * s) if sum(p
 assert ink > 5 * s, ("no scale label", ink)
 # The dialog sits on the device screen, under the taskbar's top edge.
 assert oy > 16 * s, oy
-print("livegraph_screen: %s surface at %d,%d" % (sys.argv[1].rsplit("-", 1)[1], ox, oy))
+print("livegraph_screen: %s surface at %d,%d" % (sys.argv[2].rsplit("-", 1)[1], ox, oy))
 PY
 done
 [ -n "${LIVEGRAPH_SHOTS:-}" ] && mkdir -p "$LIVEGRAPH_SHOTS" && cp "$OUT"/*.png "$LIVEGRAPH_SHOTS"/
