@@ -33,7 +33,6 @@ protected:
     void SetUp() override
     {
         DeviceTest::SetUp();
-        fake::ResetShell();
         csv_ = fake::g_device.personal + L"\\export.csv";
     }
     std::string Run(ExportDate from, ExportDate to)

@@ -1,5 +1,6 @@
 // fake_platform.cpp: a device whose every answer a test sets.
 #include "platform/fake/fake.h"
+#include "platform/fake/fake_shell.h"
 #include "platform/fake/fake_wireless.h"
 
 #include <shlobj.h>
@@ -98,6 +99,7 @@ void Reset(const std::wstring &root)
     g_device.messageBoxAnswer = IDOK;
     g_device.dialogAnswer = IDOK;
     ResetWireless();
+    ResetShell();
 }
 
 COLORREF ScreenPixel(int x, int y)

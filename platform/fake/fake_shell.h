@@ -14,7 +14,7 @@ struct SoftInputPanel {
 
 extern SoftInputPanel g_sip;
 
-// Lowers the panel and forgets the requests.
+// Lowers the panel and forgets the requests (fake::Reset calls it).
 void ResetShell();
 
 } // namespace fake
