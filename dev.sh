@@ -37,7 +37,11 @@ run)
         "$BUILD/wine-run.sh" "$BUILD/todayhost.exe" "$@"
     else
         shot="$PWD/quorvane-today.png"
-        [ $# -eq 0 ] && set -- --seconds 7
+        # Headless, the host must end by itself.
+        case " $* " in
+        *" --seconds "* | *" --ticks "*) ;;
+        *) set -- "$@" --seconds 7 ;;
+        esac
         xvfb-run -a -s "$XVFB_SCREEN" "$BUILD/wine-run.sh" "$BUILD/todayhost.exe" "$@" --screenshot "$shot"
         echo "dev.sh: no display; the Today screen is in $shot"
     fi
