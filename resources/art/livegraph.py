@@ -10,15 +10,10 @@ from artlib import FONT5x7, Image, save_bmp
 
 HEADER = pathlib.Path(__file__).resolve().parents[2] / "charts" / "livegraph.h"
 
-PAPER_TOP = "#f7f9fc"
-PAPER_BOTTOM = "#e3eaf3"
-GRID = "#b9c6d6"
-MINOR = "#d6dee8"
-AXIS = "#50607a"
-FRAME = "#8a9ab0"
-TEXT = "#34445c"
-RED = (255, 0, 0)
-BLUE = (0, 0, 255)
+# The strip's graph paper, so the two graphs look alike.
+from iconkit import AXIS, FRAME, GRID, MINOR, PAPER_BOTTOM, PAPER_TOP, TEXT
+from iconkit import RECEIVED as BLUE
+from iconkit import SENT as RED
 
 
 def layout():
