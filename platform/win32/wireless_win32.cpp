@@ -26,24 +26,25 @@ BOOL QueryBinding(HANDLE device, BYTE *buffer, DWORD size)
                            &returned, nullptr);
 }
 
-BOOL QueryOid(HANDLE device, LPCWSTR name, NDIS_OID oid, BYTE *buffer, DWORD size)
+// The query and set records start alike: the OID, then the adapter's name;
+// the value fills the rest of the one buffer, both ways.
+static BOOL OidRequest(HANDLE device, DWORD code, LPCWSTR name, NDIS_OID oid, BYTE *buffer, DWORD size)
 {
     NDISUIO_QUERY_OID *request = reinterpret_cast<NDISUIO_QUERY_OID *>(buffer);
     request->Oid = oid;
     request->ptcDeviceName = const_cast<PTCHAR>(name);
     DWORD returned = 0;
-    return DeviceIoControl(device, IOCTL_NDISUIO_QUERY_OID_VALUE, buffer, size, buffer, size, &returned,
-                           nullptr);
+    return DeviceIoControl(device, code, buffer, size, buffer, size, &returned, nullptr);
+}
+
+BOOL QueryOid(HANDLE device, LPCWSTR name, NDIS_OID oid, BYTE *buffer, DWORD size)
+{
+    return OidRequest(device, IOCTL_NDISUIO_QUERY_OID_VALUE, name, oid, buffer, size);
 }
 
 BOOL SetOid(HANDLE device, LPCWSTR name, NDIS_OID oid, BYTE *buffer, DWORD size)
 {
-    NDISUIO_SET_OID *request = reinterpret_cast<NDISUIO_SET_OID *>(buffer);
-    request->Oid = oid;
-    request->ptcDeviceName = const_cast<PTCHAR>(name);
-    DWORD returned = 0;
-    return DeviceIoControl(device, IOCTL_NDISUIO_SET_OID_VALUE, buffer, size, buffer, size, &returned,
-                           nullptr);
+    return OidRequest(device, IOCTL_NDISUIO_SET_OID_VALUE, name, oid, buffer, size);
 }
 
 #else

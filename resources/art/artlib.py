@@ -490,7 +490,8 @@ class Image:
                     out.set(xx, yy, p)
         return out
 
-    def paste(self, src, x, y):
+    def _overlap(self, src, x, y):
+        """(source index, target x, target y) of every src pixel that lands inside this image."""
         for yy in range(src.height):
             ty = y + yy
             if not 0 <= ty < self.height:
@@ -498,23 +499,19 @@ class Image:
             for xx in range(src.width):
                 tx = x + xx
                 if 0 <= tx < self.width:
-                    i = (yy * src.width + xx) * 4
-                    j = (ty * self.width + tx) * 4
-                    self._px[j:j + 4] = src._px[i:i + 4]
+                    yield (yy * src.width + xx) * 4, tx, ty
+
+    def paste(self, src, x, y):
+        for i, tx, ty in self._overlap(src, x, y):
+            j = (ty * self.width + tx) * 4
+            self._px[j:j + 4] = src._px[i:i + 4]
 
     def composite(self, src, x, y, opacity=1.0):
         sp = src._px
-        for yy in range(src.height):
-            ty = y + yy
-            if not 0 <= ty < self.height:
-                continue
-            for xx in range(src.width):
-                tx = x + xx
-                if 0 <= tx < self.width:
-                    i = (yy * src.width + xx) * 4
-                    a = sp[i + 3] / 255.0 * opacity
-                    if a > 0:
-                        self._blend_raw(tx, ty, sp[i], sp[i + 1], sp[i + 2], a)
+        for i, tx, ty in self._overlap(src, x, y):
+            a = sp[i + 3] / 255.0 * opacity
+            if a > 0:
+                self._blend_raw(tx, ty, sp[i], sp[i + 1], sp[i + 2], a)
 
     def shadow(self, color, dx=1, dy=1):
         c = rgb(color)
