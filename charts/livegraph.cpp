@@ -36,6 +36,11 @@ const LiveGraphScale kLadder[] = {
 const LiveGraphScale kLadderTop = {1024000000, {L">10MB", L"8MB", L"6MB", L"4MB", L"2MB"}};
 
 // The dialog's own drawing objects, alive from its opening to its closing command.
+struct LiveGraphLine {
+    DWORD value;
+    HPEN pen;
+};
+
 struct GraphDialogState {
     HPEN transmittedPen, receivedPen;
     bool timerRunning;
@@ -52,15 +57,15 @@ int Scale()
 void DrawColumn(HDC dc, int x, DWORD transmitted, DWORD received, DWORD fullScale,
                 HPEN transmittedPen, HPEN receivedPen, int s)
 {
-    struct {
-        DWORD value;
-        HPEN pen;
-    } lines[2] = {{transmitted, transmittedPen}, {received, receivedPen}};
+    LiveGraphLine lines[2] = {{transmitted, transmittedPen}, {received, receivedPen}};
     if (received > transmitted) {
-        lines[0] = {received, receivedPen};
-        lines[1] = {transmitted, transmittedPen};
+        lines[0].value = received;
+        lines[0].pen = receivedPen;
+        lines[1].value = transmitted;
+        lines[1].pen = transmittedPen;
     }
-    for (const auto &line : lines) {
+    for (int i = 0; i < 2; i++) {
+        const LiveGraphLine &line = lines[i];
         DWORD p = LiveGraphColumnHeight(line.value, fullScale);
         if (p == 0)
             continue;
@@ -152,9 +157,9 @@ void CloseGraph(HWND dialog, int id)
 
 const LiveGraphScale &ChooseLiveGraphScale(DWORD largest)
 {
-    for (const LiveGraphScale &row : kLadder) {
-        if (largest < row.fullScale)
-            return row;
+    for (size_t i = 0; i < sizeof kLadder / sizeof kLadder[0]; i++) {
+        if (largest < kLadder[i].fullScale)
+            return kLadder[i];
     }
     return kLadderTop;
 }

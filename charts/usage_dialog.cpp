@@ -1,4 +1,5 @@
 // usage_dialog.cpp: the usage dialog: date, daily or hourly, chart or table, export.
+#include "platform/text.h"
 #include "charts/charts.h"
 #include "charts/usage_dialog.h"
 #include "charts/usage_layout.h"
@@ -71,10 +72,10 @@ void SetTitle(HWND dialog)
 {
     WCHAR title[64], shown[64];
     if (g_usage.mode == USAGE_HOURLY)
-        swprintf(title, 64, L"Hourly Traffic for %ls %d, %d", MonthAbbrev(g_usage.month), g_usage.day,
+        FormatText(title, 64, L"Hourly Traffic for %ls %d, %d", MonthAbbrev(g_usage.month), g_usage.day,
                  g_usage.year);
     else
-        swprintf(title, 64, L"Daily Traffic for %ls %d", MonthAbbrev(g_usage.month), g_usage.year);
+        FormatText(title, 64, L"Daily Traffic for %ls %d", MonthAbbrev(g_usage.month), g_usage.year);
     // Setting the same text again would only make the title flicker.
     GetDlgItemTextW(dialog, IDC_USAGE_TITLE, shown, 64);
     if (lstrcmpW(title, shown) != 0)
@@ -144,7 +145,7 @@ void OpenExport(HWND dialog)
     HGLOBAL loaded = found ? LoadResource(g_item.instance, found) : nullptr;
     if (!loaded)
         return;
-    platform::DialogBoxIndirectParamW(g_item.instance, static_cast<LPCDLGTEMPLATEW>(LockResource(loaded)),
+    platform::DialogBoxIndirectParamW(g_item.instance, static_cast<LPCDLGTEMPLATE>(LockResource(loaded)),
                                       dialog, ExportDlgProc, 0);
 }
 

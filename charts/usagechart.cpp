@@ -1,4 +1,5 @@
 // usagechart.cpp: the usage view: bar chart on a fixed scale ladder, or a paged table.
+#include "platform/text.h"
 #include "charts/charts.h"
 #include "charts/usage_layout.h"
 #include "item/item.h"
@@ -230,26 +231,26 @@ LPWSTR FormatUsagePages(int rowsWithData, int page, LPWSTR text, size_t size)
 {
     int pages = UsagePageCount(rowsWithData);
     if (pages == 0)
-        swprintf(text, size, L"0/0");
+        FormatText(text, size, L"0/0");
     else
-        swprintf(text, size, L"%d/%d", page + 1, pages);
+        FormatText(text, size, L"%d/%d", page + 1, pages);
     return text;
 }
 
 LPWSTR FormatUsageSlot(int mode, int slot, bool amPm, LPWSTR text, size_t size)
 {
     if (mode != USAGE_HOURLY)
-        swprintf(text, size, L"%d", slot);
+        FormatText(text, size, L"%d", slot);
     else if (!amPm)
-        swprintf(text, size, L"%02d:00", slot);
+        FormatText(text, size, L"%02d:00", slot);
     else if (slot == 0)
-        swprintf(text, size, L"12 am");
+        FormatText(text, size, L"12 am");
     else if (slot < 12)
-        swprintf(text, size, L"%02d am", slot);
+        FormatText(text, size, L"%02d am", slot);
     else if (slot == 12)
-        swprintf(text, size, L"12 pm");
+        FormatText(text, size, L"12 pm");
     else
-        swprintf(text, size, L"%02d pm", slot - 12);
+        FormatText(text, size, L"%02d pm", slot - 12);
     return text;
 }
 

@@ -1,4 +1,5 @@
 // module.cpp: attach and detach, the item window and its cache messages.
+#include "platform/text.h"
 #include "item/item.h"
 #include "platform/platform.h"
 #include "wireless/wireless.h"
@@ -72,7 +73,7 @@ static void UseDefaultDataFolder()
     CreateDirectoryW(folder, nullptr);
     lstrcatW(folder, kDefaultSubfolder2);
     CreateDirectoryW(folder, nullptr);
-    lstrcpynW(g_item.dataFolder, folder, 260);
+    CopyText(g_item.dataFolder, folder, 260);
 }
 
 void InitializeItemState()
@@ -92,14 +93,14 @@ void InitializeItemState()
     g_item.screenHeight = platform::GetSystemMetrics(SM_CYSCREEN);
 
     if (ReadSettingString(L"Adapter", g_settings.Adapter, sizeof g_settings.Adapter)) {
-        lstrcpynW(g_item.adapterName, g_settings.Adapter, 128);
+        CopyText(g_item.adapterName, g_settings.Adapter, 128);
     } else if (ChooseAdapter() && g_item.adapterName[0]) {
-        lstrcpynW(g_settings.Adapter, g_item.adapterName, 128);
+        CopyText(g_settings.Adapter, g_item.adapterName, 128);
         WriteSettingString(L"Adapter", g_settings.Adapter);
     }
 
     if (ReadSettingString(L"InstallDir", g_settings.InstallDir, sizeof g_settings.InstallDir))
-        lstrcpynW(g_item.dataFolder, g_settings.InstallDir, 260);
+        CopyText(g_item.dataFolder, g_settings.InstallDir, 260);
     else
         UseDefaultDataFolder();
 

@@ -177,8 +177,8 @@ void DrawItem(HWND window, HDC dc, bool fullPaint)
     DrawStatusStrip(window, dc, fullPaint);
     bool hires = IsHiResScreen();
     int s = hires ? 2 : 1;
-    for (const StripIcon &icon : kToolIcons)
-        DrawStripIcon(dc, hires ? icon.hires : icon.normal, icon.x * s, STRIP_ICON_Y);
+    for (size_t i = 0; i < sizeof kToolIcons / sizeof kToolIcons[0]; i++)
+        DrawStripIcon(dc, hires ? kToolIcons[i].hires : kToolIcons[i].normal, kToolIcons[i].x * s, STRIP_ICON_Y);
 }
 
 void OnPaint(HWND window)

@@ -1,4 +1,5 @@
 // taps.cpp: the strip's hit test and the tools it opens.
+#include "platform/text.h"
 #include "item/item.h"
 #include "item/strip.h"
 #include "platform/platform.h"
@@ -34,9 +35,9 @@ const Target kTargets[] = {
 
 const Target *FindTarget(int target)
 {
-    for (const Target &t : kTargets)
-        if (t.target == target)
-            return &t;
+    for (size_t i = 0; i < sizeof kTargets / sizeof kTargets[0]; i++)
+        if (kTargets[i].target == target)
+            return &kTargets[i];
     return nullptr;
 }
 
@@ -53,7 +54,8 @@ int HitTestIconRow(int x, int y)
     // The row's top is not scaled; its bottom is.
     if (y < STRIP_ICON_Y || y > STRIP_ICON_SIZE * s + STRIP_ICON_Y)
         return kTargetNone;
-    for (const Target &t : kTargets) {
+    for (size_t i = 0; i < sizeof kTargets / sizeof kTargets[0]; i++) {
+        const Target &t = kTargets[i];
         if (t.left >= 0 && x >= t.left * s && x <= t.right * s)
             return t.target;
     }
@@ -85,7 +87,7 @@ void OpenTarget(HWND window, int target)
         return;
     if (t->applet) {
         WCHAR commandLine[32];
-        lstrcpynW(commandLine, t->applet, 32);
+        CopyText(commandLine, t->applet, 32);
         platform::CreateProcessW(L"\\Windows\\ctlpnl.exe", commandLine);
         return;
     }
@@ -96,7 +98,7 @@ void OpenTarget(HWND window, int target)
     if (!resource)
         return;
     HGLOBAL loaded = LoadResource(g_item.instance, resource);
-    LPCDLGTEMPLATEW dialogTemplate = loaded ? static_cast<LPCDLGTEMPLATEW>(LockResource(loaded)) : nullptr;
+    LPCDLGTEMPLATE dialogTemplate = loaded ? static_cast<LPCDLGTEMPLATE>(LockResource(loaded)) : nullptr;
     if (!dialogTemplate)
         return;
     platform::DialogBoxIndirectParamW(g_item.instance, dialogTemplate, window, t->proc, 0);

@@ -35,7 +35,7 @@ bool ChooseAdapter()
                 return false;
             }
             // The name field holds more than adapterName does: cut, not overrun.
-            wsprintfW(g_item.adapterName, L"%.127S", a->AdapterName);
+            wsprintfW(g_item.adapterName, L"%.127hs", a->AdapterName);
         }
         free(info);
     }

@@ -27,7 +27,7 @@ DWORD GetTickCount();
 // Shell.
 BOOL SHGetSpecialFolderPathW(HWND owner, LPWSTR path, int csidl, BOOL create);
 int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type);
-INT_PTR DialogBoxIndirectParamW(HINSTANCE instance, LPCDLGTEMPLATEW dialogTemplate,
+INT_PTR DialogBoxIndirectParamW(HINSTANCE instance, LPCDLGTEMPLATE dialogTemplate,
                                 HWND owner, DLGPROC proc, LPARAM param);
 // Starts a program without waiting for it; default everything else.
 BOOL CreateProcessW(LPCWSTR application, LPWSTR commandLine);

@@ -165,12 +165,12 @@ int main(int argc, char **argv)
     return rc;
 }
 
-LPCDLGTEMPLATEW DialogTemplate(int id)
+LPCDLGTEMPLATE DialogTemplate(int id)
 {
     HINSTANCE instance = GetModuleHandleW(nullptr);
     HRSRC found = FindResourceW(instance, MAKEINTRESOURCEW(id), RT_DIALOG);
     EXPECT_NE(nullptr, found) << "dialog template " << id;
-    return found ? static_cast<LPCDLGTEMPLATEW>(LockResource(LoadResource(instance, found))) : nullptr;
+    return found ? static_cast<LPCDLGTEMPLATE>(LockResource(LoadResource(instance, found))) : nullptr;
 }
 
 HWND CreateFromTemplate(int id, DLGPROC proc)

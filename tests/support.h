@@ -50,7 +50,7 @@ protected:
 };
 
 // Dialogs built from the templates linked into the test executable.
-LPCDLGTEMPLATEW DialogTemplate(int id);
+LPCDLGTEMPLATE DialogTemplate(int id);
 HWND CreateFromTemplate(int id, DLGPROC proc);
 // The window size a template gives when no dialog procedure moves or sizes it.
 SIZE TemplateSize(int id);

@@ -1,4 +1,5 @@
 // export.cpp: the CSV export of the traffic log, and the dialog that asks for its range.
+#include "platform/text.h"
 #include "trafficlog/export.h"
 #include "trafficlog/reader.h"
 #include "trafficlog/trafficlog.h"
@@ -209,12 +210,12 @@ void WriteTrafficCsv(HANDLE csv, const ExportDate &from, const ExportDate &to)
         for (int d = 1; d <= 31; d++) {
             if (transmitted[d] > 0 || received[d] > 0) {
                 WCHAR date[kFieldChars];
-                swprintf(date, kFieldChars, L"%ls %02d, %04d", MonthAbbrev(month), d, year);
+                FormatText(date, kFieldChars, L"%ls %02d, %04d", MonthAbbrev(month), d, year);
                 WriteRow(csv, date, transmitted[d], received[d]);
             }
         }
         WCHAR title[kFieldChars];
-        swprintf(title, kFieldChars, L"Total for %ls %04d", MonthAbbrev(month), year);
+        FormatText(title, kFieldChars, L"Total for %ls %04d", MonthAbbrev(month), year);
         WriteRow(csv, title, totalOut, totalIn);
 
         if (++month > 12) {

@@ -1,4 +1,5 @@
 // reader.cpp: reads a monthly traffic log into the charts' series; calendar and byte-count text.
+#include "platform/text.h"
 #include "trafficlog/reader.h"
 #include "trafficlog/trafficlog.h"
 
@@ -106,14 +107,14 @@ LPWSTR FormatByteCount(double value, LPWSTR text, size_t size)
     // Formatted in full first, then cut to the caller's buffer.
     WCHAR full[352];
     if (value == 0.0)
-        swprintf(full, 352, L"0");
+        FormatText(full, 352, L"0");
     else if (value < 1048576.0)
-        swprintf(full, 352, L"%.2fKB", value / 1024);
+        FormatText(full, 352, L"%.2fKB", value / 1024);
     else if (value < 1073741824.0)
-        swprintf(full, 352, L"%.2fMB", value / 1024 / 1024);
+        FormatText(full, 352, L"%.2fMB", value / 1024 / 1024);
     else
-        swprintf(full, 352, L"%.2fGB", value / 1024 / 1024 / 1024);
+        FormatText(full, 352, L"%.2fGB", value / 1024 / 1024 / 1024);
     if (size > 0)
-        lstrcpynW(text, full, (int)size);
+        CopyText(text, full, size);
     return text;
 }

@@ -33,7 +33,7 @@ struct MessageBoxShown {
 };
 
 struct DialogRun {
-    LPCDLGTEMPLATEW dialogTemplate;
+    LPCDLGTEMPLATE dialogTemplate;
     HWND owner;
     DLGPROC proc;
 };
@@ -66,7 +66,7 @@ struct Device {
     // Dialogs are not shown: a run is recorded and answers dialogAnswer, or
     // whatever the hook answers when one is set.
     INT_PTR dialogAnswer;
-    INT_PTR (*dialogHook)(HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC, LPARAM);
+    INT_PTR (*dialogHook)(HINSTANCE, LPCDLGTEMPLATE, HWND, DLGPROC, LPARAM);
     std::vector<DialogRun> dialogs;
 
     std::vector<ProcessStarted> processes;
@@ -84,6 +84,6 @@ void SetScreen(int width, int height);
 void SetTime(int year, int month, int day, int hour, int minute = 0, int second = 0);
 COLORREF ScreenPixel(int x, int y);
 // The resource number of a template that a dialog run was given, or 0.
-int TemplateId(HINSTANCE instance, LPCDLGTEMPLATEW dialogTemplate);
+int TemplateId(HINSTANCE instance, LPCDLGTEMPLATE dialogTemplate);
 
 } // namespace fake

@@ -107,7 +107,7 @@ COLORREF ScreenPixel(int x, int y)
     return GetPixel(g_device.screenDC, x, y);
 }
 
-int TemplateId(HINSTANCE instance, LPCDLGTEMPLATEW dialogTemplate)
+int TemplateId(HINSTANCE instance, LPCDLGTEMPLATE dialogTemplate)
 {
     for (int id = 1; id < 1000; id++) {
         HRSRC res = FindResourceW(instance, MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(5) /* RT_DIALOG */);
@@ -190,7 +190,7 @@ int MessageBoxW(HWND, LPCWSTR text, LPCWSTR caption, UINT type)
     return g_device.messageBoxAnswer;
 }
 
-INT_PTR DialogBoxIndirectParamW(HINSTANCE instance, LPCDLGTEMPLATEW dialogTemplate, HWND owner,
+INT_PTR DialogBoxIndirectParamW(HINSTANCE instance, LPCDLGTEMPLATE dialogTemplate, HWND owner,
                                 DLGPROC proc, LPARAM param)
 {
     if (ShouldFail(fake::kDialogBox))

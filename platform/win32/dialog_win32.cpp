@@ -144,7 +144,7 @@ INT_PTR CALLBACK DeviceDialogProc(HWND dialog, UINT message, WPARAM wParam, LPAR
 
 } // namespace
 
-INT_PTR RunDeviceDialog(HWND screen, bool hiRes, HINSTANCE instance, LPCDLGTEMPLATEW dialogTemplate,
+INT_PTR RunDeviceDialog(HWND screen, bool hiRes, HINSTANCE instance, LPCDLGTEMPLATE dialogTemplate,
                         HWND owner, DLGPROC proc, LPARAM param)
 {
     if (!dialogTemplate || !proc)
@@ -154,7 +154,7 @@ INT_PTR RunDeviceDialog(HWND screen, bool hiRes, HINSTANCE instance, LPCDLGTEMPL
     // pixels: a copy of the template with its font at twice the size lays the
     // dialog out the same way here.
     BYTE *copy = nullptr;
-    LPCDLGTEMPLATEW used = dialogTemplate;
+    LPCDLGTEMPLATE used = dialogTemplate;
     if (hiRes) {
         WORD *pointSize;
         const WCHAR *face;
@@ -174,7 +174,7 @@ INT_PTR RunDeviceDialog(HWND screen, bool hiRes, HINSTANCE instance, LPCDLGTEMPL
             const WCHAR *copiedFace;
             WalkTemplate(copy, &copiedSize, &copiedFace, scale);
             *copiedSize = static_cast<WORD>(*copiedSize * 2);
-            used = reinterpret_cast<LPCDLGTEMPLATEW>(copy);
+            used = reinterpret_cast<LPCDLGTEMPLATE>(copy);
         }
     }
 

@@ -8,6 +8,6 @@
 // emulated screen (null: the real screen): a place the dialog gives itself
 // is taken as one on that screen, and on a hi-res screen the dialog is laid
 // out at the device's 192 dpi.
-INT_PTR RunDeviceDialog(HWND screen, bool hiRes, HINSTANCE instance, LPCDLGTEMPLATEW dialogTemplate,
+INT_PTR RunDeviceDialog(HWND screen, bool hiRes, HINSTANCE instance, LPCDLGTEMPLATE dialogTemplate,
                         HWND owner, DLGPROC proc, LPARAM param);
 #endif
