@@ -24,11 +24,12 @@ LPCWSTR InterfaceTypeName(DWORD type)
     return L"";
 }
 
+const IP_ADDR_STRING kNoAddress = {};
+
 // The current address entry; a platform that leaves it unset gives blanks.
 const IP_ADDR_STRING *CurrentAddress(const IP_ADAPTER_INFO *a)
 {
-    static const IP_ADDR_STRING kNone = IP_ADDR_STRING();
-    return a->CurrentIpAddress ? a->CurrentIpAddress : &kNone;
+    return a->CurrentIpAddress ? a->CurrentIpAddress : &kNoAddress;
 }
 
 void SetText(HWND dialog, int id, LPCWSTR format, const char *value)
