@@ -82,8 +82,6 @@ void FillWins(HWND dialog, const IP_ADAPTER_INFO *a, bool landscape)
 void OpenAdapterDialog(HWND dialog)
 {
     PlaceAdapterDialog(dialog);
-    // No caption bar, but a name: task lists and other programs find the dialog by it.
-    SetWindowTextW(dialog, L"Adapter Details");
     if (!g_item.adapterName[0]) {
         if (!ChooseAdapter()) {
             SetDlgItemTextW(dialog, IDC_ADAPTER_TITLE, L"No adapter is available.");

@@ -158,7 +158,6 @@ INT_PTR CALLBACK DhcpDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARAM)
     switch (message) {
     case WM_INITDIALOG:
         PlaceAdapterDialog(dialog);
-        SetWindowTextW(dialog, L"DHCP Details");
         Refill(dialog);
         return TRUE;
     case WM_COMMAND:
