@@ -403,7 +403,7 @@ TEST_F(AdaptersTest, DetectAsksTheFallbackOnlyAfterAFailure)
     WriteSettingString(L"EchoHost2", L"echo2.test");
     fake::AddEchoServer(L"echo2.test", "203.0.113.8");
     EXPECT_EQ(L"203.0.113.8", Detect());
-    EXPECT_EQ((std::vector<std::wstring>{L"echo1.test", L"echo2.test"}), HostsAsked());
+    ASSERT_EQ((std::vector<std::wstring>{L"echo1.test", L"echo2.test"}), HostsAsked());
     EXPECT_EQ(L"ip/ip.php", g_net.requests[0].object);
     EXPECT_EQ(L"/", g_net.requests[1].object);
 }
