@@ -30,6 +30,10 @@ struct CONNMGR_CONNECTIONINFO {
     ULONG ulMaxConnLatency;
 };
 
+#ifdef _WIN32_WCE
+static_assert(sizeof(CONNMGR_CONNECTIONINFO) == 64, "CONNMGR_CONNECTIONINFO is 64 bytes on the device");
+#endif
+
 struct PROXY_CONFIG {
     DWORD dwType;
     DWORD dwEnable;
