@@ -97,9 +97,16 @@ int FormatCsvRow(char *line, int size, LPCWSTR date, LPCWSTR transmitted, LPCWST
             narrow[i][0] = 0;
         narrow[i][kFieldChars - 1] = 0;
     }
-    int n = snprintf(line, size, "\"%s\",\"%s\",\"%s\",\"%s\"\n", narrow[0], narrow[1], narrow[2],
-                     narrow[3]);
-    return n < 0 ? 0 : (n >= size ? size - 1 : n);
+    // The C runtime's own _snprintf, which the device has too; the C99
+    // snprintf would link a second printf (15 KB) into the DLL. It leaves a
+    // full buffer open and says -1 when the line was cut.
+    int n = _snprintf(line, size, "\"%s\",\"%s\",\"%s\",\"%s\"\n", narrow[0], narrow[1], narrow[2],
+                      narrow[3]);
+    if (n < 0 || n >= size) {
+        line[size - 1] = 0;
+        return size - 1;
+    }
+    return n;
 }
 
 void WriteTrafficCsv(HANDLE csv, const ExportDate &from, const ExportDate &to)
