@@ -59,8 +59,8 @@ void LogTraffic(HWND owner, DWORD received, DWORD transmitted)
     // The month is read in a few large reads and searched in memory; every
     // read is walked 12 bytes at a time as if it had been read so. One record
     // buffer for the whole scan: a cut tail is laid over the previous
-    // record's bytes, matches nothing, and the new record goes after it. Keep
-    // it so; readers see the same file.
+    // record's bytes and, unless it names this hour, matches nothing, and
+    // the new record goes after it. Keep it so; readers see the same file.
     BYTE month[kChunkBytes];
     TrafficLogRecord record = {};
     DWORD written = 0;
