@@ -456,6 +456,8 @@ TEST_F(AdaptersTest, TheConnectionManager)
          E_NOINTERFACE, S_OK, INTERNET_OPEN_TYPE_DIRECT, L"", {12000, 7000}, 0},
         {"no connection in 12 s: the request still goes, directly", {{WAIT_TIMEOUT, 12000, 0, 0}}, S_OK, E_FAIL,
          INTERNET_OPEN_TYPE_DIRECT, L"", {12000}, 1},
+        {"a time-out ends the wait, whatever the clock says", {{WAIT_TIMEOUT, 100, 0, 0}}, S_OK, E_FAIL,
+         INTERNET_OPEN_TYPE_DIRECT, L"", {12000}, 1},
         {"the clock runs out", {{WAIT_OBJECT_0, 12000, 0, kWaiting}}, S_OK, E_FAIL, INTERNET_OPEN_TYPE_DIRECT, L"",
          {12000}, 1},
         {"a failed connection", {{WAIT_OBJECT_0, 10, 0, kFailed}}, S_OK, E_FAIL, INTERNET_OPEN_TYPE_DIRECT, L"",
