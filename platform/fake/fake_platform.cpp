@@ -1,6 +1,7 @@
 // fake_platform.cpp: a device whose every answer a test sets.
 #include "platform/fake/fake.h"
 #include "platform/fake/fake_shell.h"
+#include "platform/fake/fake_net.h"
 #include "platform/fake/fake_wireless.h"
 
 #include <shlobj.h>
@@ -100,6 +101,7 @@ void Reset(const std::wstring &root)
     g_device.dialogAnswer = IDOK;
     ResetWireless();
     ResetShell();
+    ResetNet();
 }
 
 COLORREF ScreenPixel(int x, int y)
@@ -240,6 +242,7 @@ DWORD GetAdaptersInfo(PIP_ADAPTER_INFO info, PULONG size)
         r.Type = a.type;
         r.Index = a.index;
         r.DhcpEnabled = 1;
+        fake::FillAdapterAddress(&r);   // the network's addresses
     }
     return NO_ERROR;
 }
