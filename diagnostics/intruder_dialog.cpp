@@ -72,7 +72,7 @@ void OnInit(HWND dialog)
     if (g_images) {
         ImageList_AddIcon(g_images, LoadIconW(g_item.instance, MAKEINTRESOURCEW(IDI_HOST_INTRUDER)));
         ImageList_AddIcon(g_images, LoadIconW(g_item.instance, MAKEINTRESOURCEW(IDI_HOST_SAFE)));
-        ListView_SetImageList(list, g_images, LVSIL_SMALL);
+        (void)ListView_SetImageList(list, g_images, LVSIL_SMALL);
     }
     static const WCHAR *const kHeadings[] = {L"Host", L"IP", L"Mac Address"};
     static const int kWidths[] = {80, 120, 160};
@@ -252,7 +252,7 @@ INT_PTR CALLBACK IntruderDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARA
         break;
     case WM_NOTIFY: {
         const NMHDR *header = reinterpret_cast<const NMHDR *>(lParam);
-        if (header->idFrom == IDC_INTRUDER_LIST && header->code == NM_CLICK)
+        if (header->idFrom == (UINT_PTR)IDC_INTRUDER_LIST && header->code == (UINT)NM_CLICK)
             OnRowTap(dialog, reinterpret_cast<const NMLISTVIEW *>(lParam));
         return FALSE;
     }

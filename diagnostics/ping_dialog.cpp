@@ -235,11 +235,10 @@ void PingHost(HWND dialog, const char *host, DWORD timeoutMs)
     BYTE data[32];
     IP_OPTION_INFORMATION options;
     FillEchoRequest(data, &options);
-    // Room for the reply header, the data and an ICMP error, whatever the header's size.
-    const DWORD replySize = sizeof(ICMP_ECHO_REPLY) + 32 + 8;
-    DWORD reply[(replySize + 3) / 4];
-    DWORD replies = platform::IcmpSendEcho(icmp, address, data, 32, &options, reply, replySize, timeoutMs);
-    const ICMP_ECHO_REPLY *r = reinterpret_cast<const ICMP_ECHO_REPLY *>(reply);
+    EchoReply reply;
+    DWORD replies = platform::IcmpSendEcho(icmp, address, data, 32, &options, reply.bytes, sizeof reply.bytes,
+                                           timeoutMs);
+    const ICMP_ECHO_REPLY *r = &reply.first;
     if (replies == 0) {
         SetLine(dialog, IDC_PING_STATUS, L"Request timed out.");
         SetLine(dialog, IDC_PING_TIME, L"");

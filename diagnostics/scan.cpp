@@ -7,9 +7,6 @@
 ScanState g_scan = {nullptr, SCAN_HOST_COUNT, 0, {0, 0, 0, 0, 0, 0}};
 volatile LONG ScanStopRequested = 0;
 
-// The device's reply buffer is 60 bytes; a 64-bit reply header needs more,
-// so the buffer is sized from the header the build has.
-static const DWORD kEchoReplySize = sizeof(ICMP_ECHO_REPLY) + 32 + 8;
 // The ARP table grows between the size query and the read while a sweep
 // resolves addresses: a few tries, then the row counts as missing.
 static const int kArpTries = 4;
@@ -192,12 +189,11 @@ DWORD WINAPI ScanHost(LPVOID parameter)
             BYTE data[32];
             IP_OPTION_INFORMATION options;
             FillEchoRequest(data, &options);
-            DWORD reply[(kEchoReplySize + 3) / 4];
-            DWORD replies = platform::IcmpSendEcho(icmp, dest, data, 32, &options, reply, kEchoReplySize,
-                                                   SCAN_TIMEOUT_MS);
-            const ICMP_ECHO_REPLY *r = reinterpret_cast<const ICMP_ECHO_REPLY *>(reply);
+            EchoReply reply;
+            DWORD replies = platform::IcmpSendEcho(icmp, dest, data, 32, &options, reply.bytes,
+                                                   sizeof reply.bytes, SCAN_TIMEOUT_MS);
             // A desktop reports an unreachable host as a reply with an error status.
-            answered = replies > 0 && r->Address == dest && r->Status == IP_SUCCESS;
+            answered = replies > 0 && reply.first.Address == dest && reply.first.Status == IP_SUCCESS;
             platform::IcmpCloseHandle(icmp);
         }
     }

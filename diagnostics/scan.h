@@ -65,5 +65,13 @@ DWORD WINAPI ScanHost(LPVOID params);
 // true with its bytes (mac: MAXLEN_PHYSADDR) and length, false when the table
 // is unavailable or has no such row.
 bool FindArpRow(DWORD address, BYTE *mac, DWORD *length);
+// The device's reply buffer is 60 bytes; a 64-bit reply header needs more,
+// so the buffer is sized from the header the build has: room for the header,
+// the 32 data bytes and an ICMP error.
+union EchoReply {
+    ICMP_ECHO_REPLY first;
+    BYTE bytes[sizeof(ICMP_ECHO_REPLY) + 32 + 8];
+};
+
 // The echo request's data and options, shared with ping.
 void FillEchoRequest(BYTE *data, IP_OPTION_INFORMATION *options);
