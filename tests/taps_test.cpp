@@ -1,4 +1,5 @@
 // taps_test.cpp: the strip's hit test, the landscape templates and what a tap launches.
+#include "diagnostics/diagnostics.h"
 #include "tests/support.h"
 
 #include "charts/charts.h"
@@ -106,7 +107,9 @@ TEST_F(TapTest, EachTapOpensItsDialogOrApplet)
         {480, 640, 170, 4, IDD_USAGE},
         // Tools not built yet: nothing.
         {240, 320, 50, 10, 0}, {240, 320, 145, 10, 0}, {240, 320, 164, 10, 0}, {240, 320, 88, 10, 0},
-        {240, 320, 107, 10, 0}, {240, 320, 183, 10, 0}, {240, 320, 126, 10, 0},
+        {240, 320, 126, 10, 0},
+        {240, 320, 107, 10, IDD_PING},        {320, 240, 123, 20, IDD_PING_WIDE}, {480, 480, 214, 36, IDD_PING_WIDE},
+        {240, 320, 183, 10, IDD_INTRUDER},    {640, 480, 398, 4, IDD_INTRUDER},
         {240, 320, 202, 4, 0, L"cplmain.cpl,17"}, {240, 320, 237, 20, 0, L"cplmain.cpl,19"},
         {480, 640, 404, 36, 0, L"cplmain.cpl,17"}, {480, 640, 474, 4, 0, L"cplmain.cpl,19"},
         {480, 640, 475, 4, 0},
@@ -122,7 +125,12 @@ TEST_F(TapTest, EachTapOpensItsDialogOrApplet)
         if (c.tpl) {
             EXPECT_EQ(c.tpl, LastTemplate());
             EXPECT_EQ(item_, g_device.dialogs[0].owner);
-            EXPECT_EQ(c.tpl == IDD_LIVEGRAPH ? (DLGPROC)LiveGraphDlgProc : (DLGPROC)UsageDlgProc, g_device.dialogs[0].proc);
+            DLGPROC proc = c.tpl == IDD_LIVEGRAPH ? (DLGPROC)LiveGraphDlgProc : (DLGPROC)UsageDlgProc;
+            if (c.tpl == IDD_PING || c.tpl == IDD_PING_WIDE)
+                proc = PingDlgProc;
+            if (c.tpl == IDD_INTRUDER)
+                proc = IntruderDlgProc;
+            EXPECT_EQ(proc, g_device.dialogs[0].proc);
         }
         if (c.applet) {
             EXPECT_EQ(L"\\Windows\\ctlpnl.exe", g_device.processes[0].application);
