@@ -8,8 +8,10 @@ ScanState g_scan = {nullptr, SCAN_HOST_COUNT, 0, {0, 0, 0, 0, 0, 0}};
 volatile LONG ScanStopRequested = 0;
 
 // The ARP table grows between the size query and the read while a sweep
-// resolves addresses: a few tries, then the row counts as missing.
-static const int kArpTries = 4;
+// resolves addresses: room for some more rows than asked, a few tries, then
+// the row counts as missing.
+static const int kArpTries = 6;
+static const ULONG kArpSpareRows = 32;
 
 void FillEchoRequest(BYTE *data, IP_OPTION_INFORMATION *options)
 {
@@ -26,6 +28,7 @@ bool FindArpRow(DWORD address, BYTE *mac, DWORD *length)
         platform::GetIpNetTable(nullptr, &size, TRUE);
         if (size == 0)
             return false;
+        size += kArpSpareRows * sizeof(MIB_IPNETROW);
         MIB_IPNETTABLE *table = static_cast<MIB_IPNETTABLE *>(platform::LocalAlloc(LPTR, size));
         if (!table)
             return false;

@@ -37,6 +37,7 @@ TEST(NodeStatus, RepliesByLengthCountAndPadding)
         const char *want;
     } cases[] = {
         {"SAMBA1", 1, 74, false, ""},                 // one byte short of a name
+        {"SAMBA1", 0, 74, false, ""},                 // short, whatever the count says
         {"SAMBA1", 1, 75, true, "SAMBA1"},
         {"SAMBA1", 3, 100, false, ""},                // claims more than it holds
         {"SAMBA1", 3, 111, true, "SAMBA1"},           // 57 + 3 x 18 exactly

@@ -188,6 +188,8 @@ TEST_F(Scan, ClosingMidScanDropsLateResults)
     EXPECT_EQ(nullptr, g_scan.table);
     EXPECT_EQ(1, fake::g_net.liveBlocks - 154);   // the table, and 154 workers' records
     fake::RunThreads();
+    // .200 answered after the close: not asked its name, its slot not written.
+    EXPECT_EQ(std::vector<DWORD>{inet_addr("198.51.100.7")}, fake::g_net.queried);
     EXPECT_EQ(0, fake::g_net.liveBlocks);
     EXPECT_TRUE(fake::FreedBlocksUntouched());
     EXPECT_EQ(0, fake::g_net.threadHandlesOpen);
