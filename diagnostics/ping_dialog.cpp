@@ -1,5 +1,6 @@
 // ping_dialog.cpp: one echo to a typed or remembered host, and the host list file behind the combo box.
 #include "diagnostics/diagnostics.h"
+#include "diagnostics/listfile.h"
 #include "diagnostics/scan.h"
 #include "item/item.h"
 #include "platform/net.h"
@@ -14,20 +15,14 @@
 
 namespace {
 
-const int kReadAttempts = 3;
 bool SipShown = false;
 
 // The next 200-byte record: bytes read, 0 at the end or after repeated failures.
 DWORD ReadHostRecord(HANDLE file, WCHAR *record)
 {
-    for (int attempt = 0; attempt < kReadAttempts; attempt++) {
-        DWORD got = 0;
-        if (ReadFile(file, record, HOST_RECORD_CHARS * sizeof(WCHAR), &got, nullptr)) {
-            record[HOST_RECORD_CHARS - 1] = 0;   // a record without its terminator ends here
-            return got;
-        }
-    }
-    return 0;
+    DWORD got = ReadListRecord(file, record, HOST_RECORD_CHARS * sizeof(WCHAR));
+    record[HOST_RECORD_CHARS - 1] = 0;   // a record without its terminator ends here
+    return got;
 }
 
 void ShowSip(HWND dialog, bool up)
@@ -181,14 +176,9 @@ bool DeleteHost(HWND dialog, LPCWSTR host)
     WCHAR path[MAX_PATH], temp[MAX_PATH];
     HostListPath(path, false);
     HostListPath(temp, true);
-    HANDLE file = CreateFileW(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
+    HANDLE file, out;
+    if (!OpenForRewrite(path, temp, &file, &out))
         return false;
-    HANDLE out = CreateFileW(temp, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (out == INVALID_HANDLE_VALUE) {
-        CloseHandle(file);
-        return false;
-    }
     WCHAR record[HOST_RECORD_CHARS];
     while (ReadHostRecord(file, record) > 0) {
         if (_wcsicmp(record, host) == 0)

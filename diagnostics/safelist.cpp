@@ -1,5 +1,6 @@
 // safelist.cpp: the safe list file (6 bytes a record) and the CSV intruder report.
 #include "diagnostics/safelist.h"
+#include "diagnostics/listfile.h"
 #include "diagnostics/netbios.h"
 #include "item/item.h"
 #include "platform/platform.h"
@@ -10,9 +11,6 @@
 #include <commctrl.h>
 #include <shlobj.h>
 #include <string.h>
-
-// Failed reads are retried, but not for ever.
-static const int kReadAttempts = 3;
 
 bool MacEquals(const BYTE *a, const BYTE *b)
 {
@@ -34,16 +32,10 @@ static HANDLE OpenExisting(const WCHAR *path)
     return CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-// The next 6-byte record into `record`: bytes read (a short last record
-// leaves the rest of `record` as it was), 0 at the end or after repeated failures.
+// The next 6-byte record; a short last one is compared over the bytes of the one before.
 static DWORD ReadRecord(HANDLE file, BYTE *record)
 {
-    for (int attempt = 0; attempt < kReadAttempts; attempt++) {
-        DWORD got = 0;
-        if (ReadFile(file, record, 6, &got, nullptr))
-            return got;
-    }
-    return 0;
+    return ReadListRecord(file, record, 6);
 }
 
 bool SafeListContains(const BYTE *mac)
@@ -81,17 +73,12 @@ bool SafeListRemove(HWND owner, const BYTE *mac)
     WCHAR path[MAX_PATH], temp[MAX_PATH];
     SafeListPath(path);
     FormatText(temp, MAX_PATH, L"%ls\\tmpslist", g_item.dataFolder);
-    HANDLE file = OpenExisting(path);
-    if (file == INVALID_HANDLE_VALUE)
+    HANDLE file, out;
+    if (!OpenForRewrite(path, temp, &file, &out))
         return false;
-    HANDLE out = CreateFileW(temp, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (out == INVALID_HANDLE_VALUE) {
-        CloseHandle(file);
-        return false;
-    }
     bool found = false;
     BYTE record[6] = {0, 0, 0, 0, 0, 0};
-    for (DWORD got; (got = ReadRecord(file, record)) > 0;) {
+    while (ReadRecord(file, record) > 0) {
         if (MacEquals(record, mac)) {
             found = true;
             continue;
