@@ -68,7 +68,9 @@ void OnInit(HWND dialog)
     EnableExport(dialog, false);
     ScanStopRequested = 0;
     HWND list = List(dialog);
-    g_images = ImageList_Create(16, 16, 0, 2, 0);
+    // Default colour flags give a desktop a 16-colour list, which flattens
+    // the badges' shading to the basic palette; 32 bits keep it everywhere.
+    g_images = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, 2, 0);
     if (g_images) {
         ImageList_AddIcon(g_images, LoadIconW(g_item.instance, MAKEINTRESOURCEW(IDI_HOST_INTRUDER)));
         ImageList_AddIcon(g_images, LoadIconW(g_item.instance, MAKEINTRESOURCEW(IDI_HOST_SAFE)));

@@ -116,6 +116,27 @@ printf '"Host","Intruder","IP","Mac Addr"\n"QVHOST1","Yes","198.51.100.1","02:11
 cmp -s "$WORK/want.csv" "$REPORT" || { diff "$WORK/want.csv" "$REPORT"; fail "the report differs"; }
 wait_host
 [ -s "$WORK/intruder-done.png" ] || fail "no screenshot of the finished scan"
+# On the screen: the rows' badges from the top, as many as the list shows
+# (.1 .7 .20 .33 .100 ...): only .7 (safe-listed) and .33 (the device) green.
+python3 - "$HERE/../../resources/art" "$WORK/intruder-done.png" <<'PY' || fail "the rows' badges are not intruder, safe, intruder, safe, intruder"
+import sys
+sys.path.insert(0, sys.argv[1])
+from artlib import load_png
+img = load_png(sys.argv[2])
+near = lambda c, ref: sum(abs(a - b) for a, b in zip(c, ref)) < 60
+kinds = []
+for y in range(75, img.height):
+    row = [img.get(x, y)[:3] for x in range(img.width // 2)]
+    kind = "intruder" if sum(near(c, (214, 48, 40)) for c in row) >= 4 else \
+           "safe" if sum(near(c, (36, 160, 72)) for c in row) >= 4 else None
+    if kind and (not kinds or kinds[-1][0] != kind or y - kinds[-1][1] > 3):
+        kinds.append([kind, y])
+    elif kind:
+        kinds[-1][1] = y
+shown = [k for k, _ in kinds]
+print("intruder_netns: badges", " ".join(shown))
+assert shown[:5] == ["intruder", "safe", "intruder", "safe", "intruder"], shown
+PY
 
 # --- Ping: a dead host, a name nobody knows, a live host by name ---
 host 115,10 24 "$WORK/ping.png"
