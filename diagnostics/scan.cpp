@@ -10,7 +10,7 @@ volatile LONG ScanStopRequested = 0;
 // The ARP table grows between the size query and the read while a sweep
 // resolves addresses: room for some more rows than asked, a few tries, then
 // the row counts as missing.
-static const int kArpTries = 6;
+static const int kArpTries = 10;
 static const ULONG kArpSpareRows = 32;
 
 void FillEchoRequest(BYTE *data, IP_OPTION_INFORMATION *options)

@@ -79,7 +79,7 @@ wait_host() { wait "$HOST" || fail "the host exited with $?"; HOST=""; }
 
 # --- The detector ---
 START=$(date +%s)
-host 190,10 28 "$WORK/intruder-done.png"
+host 190,10 36 "$WORK/intruder-done.png"
 probe wait "Intruder Detector" 30 >/dev/null || fail "the detector did not open"
 click "Intruder Detector" 1085
 DETECTED=$(date +%s)
@@ -139,7 +139,7 @@ assert shown[:5] == ["intruder", "safe", "intruder", "safe", "intruder"], shown
 PY
 
 # --- Ping: a dead host, a name nobody knows, a live host by name ---
-host 115,10 24 "$WORK/ping.png"
+host 115,10 28 "$WORK/ping.png"
 probe wait "Ping" 30 >/dev/null || fail "the ping dialog did not open"
 ping_line() {
     click "Ping" 1007
