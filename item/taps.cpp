@@ -6,6 +6,7 @@
 #include "resources/resource.h"
 #include "charts/charts.h"
 #include "adapters/adapters.h"
+#include "diagnostics/diagnostics.h"
 
 namespace {
 
@@ -26,8 +27,8 @@ const Target kTargets[] = {
     {kTargetCard, 164, 180, IDD_CARD, 0, nullptr, nullptr},
     {kTargetUsage, 69, 85, IDD_USAGE, IDD_USAGE_WIDE, UsageDlgProc, nullptr},
     {kTargetDhcp, 88, 104, IDD_DHCP, 0, DhcpDlgProc, nullptr},
-    {kTargetPing, 107, 123, IDD_PING, IDD_PING_WIDE, nullptr, nullptr},
-    {kTargetIntruder, 183, 199, IDD_INTRUDER, 0, nullptr, nullptr},
+    {kTargetPing, 107, 123, IDD_PING, IDD_PING_WIDE, PingDlgProc, nullptr},
+    {kTargetIntruder, 183, 199, IDD_INTRUDER, 0, IntruderDlgProc, nullptr},
     {kTargetApplet17, 202, 218, 0, 0, nullptr, L"cplmain.cpl,17"},
     {kTargetApplet19, 221, 237, 0, 0, nullptr, L"cplmain.cpl,19"},
     {kTargetAdapter, 126, 142, IDD_ADAPTER, IDD_ADAPTER_WIDE, AdapterDetailsDlgProc, nullptr},

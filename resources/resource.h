@@ -170,3 +170,15 @@
 #define IDC_DHCP_EXPIRES         1004
 #define IDC_DHCP_RELEASE         1005
 #define IDC_DHCP_RENEW           1006
+// Ping (IDD_PING, IDD_PING_WIDE above) and the intruder detector (IDD_INTRUDER above): controls.
+#define IDC_PING_HOST            1007
+#define IDC_PING_GO              1024
+#define IDC_PING_DELETE          1027
+#define IDC_PING_KEYBOARD        1028
+#define IDC_PING_STATUS          1025
+#define IDC_PING_TIME            1026
+#define IDC_PING_MAC             1038
+#define IDC_INTRUDER_LIST        1089
+#define IDC_INTRUDER_PROGRESS    1091
+#define IDC_INTRUDER_EXPORT      1090
+#define IDC_INTRUDER_DETECT      1085

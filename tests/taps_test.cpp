@@ -2,6 +2,7 @@
 #include "tests/support.h"
 
 #include "adapters/adapters.h"
+#include "diagnostics/diagnostics.h"
 #include "charts/charts.h"
 #include "item/strip.h"
 #include "resources/resource.h"
@@ -108,8 +109,9 @@ TEST_F(TapTest, EachTapOpensItsDialogOrApplet)
         // Tools not built yet: nothing.
         {240, 320, 88, 10, IDD_DHCP},         {320, 240, 104, 20, IDD_DHCP},      {240, 320, 126, 10, IDD_ADAPTER},
         {320, 240, 142, 20, IDD_ADAPTER_WIDE},
+        {240, 320, 107, 10, IDD_PING},        {320, 240, 123, 20, IDD_PING_WIDE}, {480, 480, 214, 36, IDD_PING_WIDE},
+        {240, 320, 183, 10, IDD_INTRUDER},    {640, 480, 398, 4, IDD_INTRUDER},
         {240, 320, 50, 10, 0}, {240, 320, 145, 10, 0}, {240, 320, 164, 10, 0},
-        {240, 320, 107, 10, 0}, {240, 320, 183, 10, 0},
         {240, 320, 202, 4, 0, L"cplmain.cpl,17"}, {240, 320, 237, 20, 0, L"cplmain.cpl,19"},
         {480, 640, 404, 36, 0, L"cplmain.cpl,17"}, {480, 640, 474, 4, 0, L"cplmain.cpl,19"},
         {480, 640, 475, 4, 0},
@@ -128,6 +130,8 @@ TEST_F(TapTest, EachTapOpensItsDialogOrApplet)
             DLGPROC proc = c.tpl == IDD_LIVEGRAPH ? (DLGPROC)LiveGraphDlgProc
                            : c.tpl == IDD_DHCP   ? (DLGPROC)DhcpDlgProc
                            : c.tpl == IDD_ADAPTER || c.tpl == IDD_ADAPTER_WIDE ? (DLGPROC)AdapterDetailsDlgProc
+                           : c.tpl == IDD_PING || c.tpl == IDD_PING_WIDE ? (DLGPROC)PingDlgProc
+                           : c.tpl == IDD_INTRUDER ? (DLGPROC)IntruderDlgProc
                                                  : (DLGPROC)UsageDlgProc;
             EXPECT_EQ(proc, g_device.dialogs[0].proc);
         }

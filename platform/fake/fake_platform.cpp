@@ -1,5 +1,6 @@
 // fake_platform.cpp: a device whose every answer a test sets.
 #include "platform/fake/fake.h"
+#include "platform/fake/fake_lan.h"
 #include "platform/fake/fake_net.h"
 #include "platform/fake/fake_shell.h"
 #include "platform/fake/fake_wireless.h"
@@ -102,6 +103,7 @@ void Reset(const std::wstring &root)
     ResetWireless();
     ResetShell();
     ResetNet();
+    ResetLan();
 }
 
 COLORREF ScreenPixel(int x, int y)
@@ -243,6 +245,7 @@ DWORD GetAdaptersInfo(PIP_ADAPTER_INFO info, PULONG size)
         r.Index = a.index;
         r.DhcpEnabled = 1;
         fake::FillAddressing(a, r);
+        fake::FillAdapterAddress(&r);   // a scripted network's addresses, where a test set them
     }
     return NO_ERROR;
 }
