@@ -3,6 +3,7 @@
 #include "charts/charts.h"
 #include "charts/usage_layout.h"
 #include "item/item.h"
+#include "item/strip.h"
 #include "resources/resource.h"
 #include "trafficlog/reader.h"
 
@@ -63,16 +64,6 @@ RECT Scaled(int left, int top, int right, int bottom, int s)
 {
     RECT r = {left * s, top * s, right * s, bottom * s};
     return r;
-}
-
-void DrawIconAt(HDC dc, int id, int x, int y)
-{
-    HICON icon = static_cast<HICON>(
-        LoadImageW(g_item.instance, MAKEINTRESOURCEW(id), IMAGE_ICON, 0, 0, LR_DEFAULTCOLOR));
-    if (!icon)
-        return;
-    DrawIconEx(dc, x, y, icon, 0, 0, 0, nullptr, DI_NORMAL);
-    DestroyIcon(icon);
 }
 
 // Draws a bitmap resource stretched over the rectangle (logical units).
@@ -261,15 +252,17 @@ void PaintUsageChart(HDC dc, int mode, int view, int rowsWithData, int page,
         return;
     int s = Scale();
     bool hiRes = s == 2;
-    DrawIconAt(dc, hiRes ? IDI_USAGE_TABLE_HIRES : IDI_USAGE_TABLE, USAGE_ICON_TABLE_X * s, USAGE_ICON_Y * s);
-    DrawIconAt(dc, hiRes ? IDI_USAGE_CHART_HIRES : IDI_USAGE_CHART, USAGE_ICON_CHART_X * s, USAGE_ICON_Y * s);
-    DrawIconAt(dc, hiRes ? IDI_USAGE_EXPORT_HIRES : IDI_USAGE_EXPORT, USAGE_ICON_EXPORT_X * s, USAGE_ICON_Y * s);
+    int size = USAGE_ICON_SIZE * s;
+    DrawItemIcon(dc, hiRes ? IDI_USAGE_TABLE_HIRES : IDI_USAGE_TABLE, USAGE_ICON_TABLE_X * s, USAGE_ICON_Y * s, size);
+    DrawItemIcon(dc, hiRes ? IDI_USAGE_CHART_HIRES : IDI_USAGE_CHART, USAGE_ICON_CHART_X * s, USAGE_ICON_Y * s, size);
+    DrawItemIcon(dc, hiRes ? IDI_USAGE_EXPORT_HIRES : IDI_USAGE_EXPORT, USAGE_ICON_EXPORT_X * s, USAGE_ICON_Y * s, size);
 
-    WCHAR face[LF_FACESIZE] = L"";
-    GetTextFaceW(dc, LF_FACESIZE, face);
-    HFONT font = CreateFontW(hiRes ? 22 : 12, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
-                             OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
-                             DEFAULT_PITCH | FF_DONTCARE, face);
+    // The device has no CreateFontW.
+    LOGFONTW lf = {};
+    GetTextFaceW(dc, LF_FACESIZE, lf.lfFaceName);
+    lf.lfHeight = hiRes ? 22 : 12;
+    lf.lfWeight = FW_NORMAL;
+    HFONT font = CreateFontIndirectW(&lf);
     HGDIOBJ oldFont = font ? SelectObject(dc, font) : nullptr;
     COLORREF oldColor = SetTextColor(dc, RGB(0, 0, 0));
     int oldMode = SetBkMode(dc, TRANSPARENT);

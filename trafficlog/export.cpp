@@ -1,5 +1,6 @@
 // export.cpp: the CSV export of the traffic log, and the dialog that asks for its range.
 #include "platform/text.h"
+#include "platform/datepicker.h"
 #include "trafficlog/export.h"
 #include "trafficlog/reader.h"
 #include "trafficlog/trafficlog.h"
@@ -75,14 +76,17 @@ void ReadMonth(int year, int month, bool lastMonth, const ExportDate &from, cons
         } else {
             passes = !(lastMonth && d > to.day);
         }
-        // A damaged file may name any day; the slots are 0-31.
-        if (!passes || d < 0 || d >= SERIES_SLOTS)
+        if (!passes)
             continue;
         double out = record.transmitted, in = record.received;
-        transmitted[d] += out;
         *totalOut += out;
-        received[d] += in;
         *totalIn += in;
+        // A damaged file may name any day: it counts in the month's total,
+        // but only days 0-31 have a slot.
+        if (d >= 0 && d < SERIES_SLOTS) {
+            transmitted[d] += out;
+            received[d] += in;
+        }
     }
     CloseHandle(log);
 }
@@ -90,8 +94,8 @@ void ReadMonth(int year, int month, bool lastMonth, const ExportDate &from, cons
 void SetPickerToday(HWND dialog, int id, const SYSTEMTIME &today)
 {
     HWND picker = GetDlgItem(dialog, id);
-    SendMessageW(picker, DTM_SETFORMATW, 0, (LPARAM)kPickerFormat);
     SendMessageW(picker, DTM_SETSYSTEMTIME, GDT_VALID, (LPARAM)&today);
+    SetDatePickerFormat(picker, kPickerFormat);
 }
 
 void LowerKeyboard(HWND dialog)
@@ -131,6 +135,7 @@ void TakeDateChange(const NMDATETIMECHANGE *change)
 {
     if (change->dwFlags != GDT_VALID)
         return;
+    SetDatePickerFormat(change->nmhdr.hwndFrom, kPickerFormat);
     ExportDate date = {change->st.wYear, change->st.wMonth, change->st.wDay};
     if (change->nmhdr.idFrom == IDC_EXPORT_FROM)
         g_export.from = date;
