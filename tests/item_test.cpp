@@ -196,7 +196,8 @@ TEST_F(ItemWindow, ShortOfGdiNothingIsHalfMadeAndAMissingPenDrawsNoLine)
     g_item.surfaceDC = surface.dc;
     g_item.gdiReady = true;
     g_item.sampleCount = 2;
-    g_item.inDeltas[1] = g_item.outDeltas[1] = 900000;
+    g_item.inDeltas[1] = 900000;
+    g_item.outDeltas[1] = 5000;
     DrawStatusStrip(nullptr, strip.dc, false);
     int red = 0, black = 0;
     for (COLORREF c : surface.Pixels())
