@@ -1,5 +1,6 @@
 // usage_dialog.cpp: the usage dialog: date, daily or hourly, chart or table, export.
 #include "platform/text.h"
+#include "platform/datepicker.h"
 #include "charts/charts.h"
 #include "charts/usage_dialog.h"
 #include "charts/usage_layout.h"
@@ -58,8 +59,8 @@ void OpenDialog(HWND dialog)
     g_usage.page = 0;
 
     HWND picker = GetDlgItem(dialog, IDC_USAGE_DATE);
-    DateTime_SetFormat(picker, kMonthFormat);
     DateTime_SetSystemtime(picker, GDT_VALID, &today);
+    SetDatePickerFormat(picker, kMonthFormat);
 
     HWND list = GetDlgItem(dialog, IDC_USAGE_MODE);
     SendMessageW(list, CB_RESETCONTENT, 0, 0);
@@ -107,6 +108,7 @@ void OnDateChange(HWND dialog, const NMDATETIMECHANGE *change)
 {
     if (change->dwFlags != GDT_VALID)
         return;
+    SetDatePickerFormat(change->nmhdr.hwndFrom, g_usage.mode == USAGE_HOURLY ? kDayFormat : kMonthFormat);
     const SYSTEMTIME &t = change->st;
     if (t.wYear == g_usage.year && t.wMonth == g_usage.month && t.wDay == g_usage.day)
         return;
@@ -128,14 +130,10 @@ void OnModeCommand(HWND dialog)
     if (mode == g_usage.mode)
         return;
     g_usage.mode = mode;
-    HWND picker = GetDlgItem(dialog, IDC_USAGE_DATE);
-    if (mode == USAGE_HOURLY) {
-        DateTime_SetFormat(picker, kDayFormat);
+    SetDatePickerFormat(GetDlgItem(dialog, IDC_USAGE_DATE), mode == USAGE_HOURLY ? kDayFormat : kMonthFormat);
+    // Back to daily the page stays where it was.
+    if (mode == USAGE_HOURLY)
         g_usage.page = 0;
-    } else {
-        // Back to daily the page stays where it was.
-        DateTime_SetFormat(picker, kMonthFormat);
-    }
     Repaint(dialog);
 }
 

@@ -334,8 +334,10 @@ LRESULT CALLBACK FrameProc(HWND window, UINT message, WPARAM wParam, LPARAM lPar
     return DefWindowProcW(window, message, wParam, lParam);
 }
 
-void Usage()
+void Usage(const wchar_t *argument)
 {
+    if (argument)
+        fwprintf(stderr, L"todayhost: cannot use the option %ls\n", argument);
     fwprintf(stderr,
              L"usage: todayhost [--screen WxH] [--dll PATH] [--disabled] [--options]\n"
              L"                 [--seconds N | --ticks N] [--tap X,Y]... [--screenshot FILE.png|.bmp]\n");
@@ -353,11 +355,11 @@ bool ParseArgs()
         } else if (!wcscmp(a, L"--options")) {
             g.options = true;
         } else if (!v) {
-            Usage();
+            Usage(a);
             return false;
         } else if (!wcscmp(a, L"--screen")) {
             if (swscanf(v, L"%dx%d", &g.width, &g.height) != 2 || g.width < 100 || g.height < 100)
-                return Usage(), false;
+                return Usage(a), false;
             i++;
         } else if (!wcscmp(a, L"--dll")) {
             wcsncpy(g.dll, v, MAX_PATH - 1);
@@ -371,14 +373,14 @@ bool ParseArgs()
         } else if (!wcscmp(a, L"--tap")) {
             Tap t;
             if (swscanf(v, L"%d,%d", &t.x, &t.y) != 2)
-                return Usage(), false;
+                return Usage(a), false;
             g.taps.push_back(t);
             i++;
         } else if (!wcscmp(a, L"--screenshot")) {
             wcsncpy(g.screenshot, v, MAX_PATH - 1);
             i++;
         } else {
-            Usage();
+            Usage(a);
             return false;
         }
     }
@@ -441,8 +443,15 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int show)
     g.instance = instance;
     if (!ParseArgs())
         return 2;
-    if (!CreateWindows())
+    if (!CreateWindows()) {
+        fwprintf(stderr,
+                 L"todayhost: cannot create its windows (error %lu). Wine needs a display: run it\n"
+                 L"  under X, or headless as `xvfb-run -a ./dev.sh run`. If this Wine prefix was\n"
+                 L"  first started without a display, it cannot make windows until its wineserver\n"
+                 L"  restarts: run `WINEPREFIX=<the prefix> wineserver -k`, then try again.\n",
+                 GetLastError());
         return 3;
+    }
     ShowWindow(g.frame, show ? show : SW_SHOW);
     UpdateWindow(g.frame);
 

@@ -36,8 +36,8 @@ void CaptureTaskbarBackground()
     HDC screen = platform::GetDC(nullptr);
     if (!screen)
         return;
-    HDC memory = CreateCompatibleDC(screen);
-    HBITMAP bitmap = CreateCompatibleBitmap(screen, side, side);
+    HDC memory = platform::CreateCompatibleDC(screen);
+    HBITMAP bitmap = platform::CreateCompatibleBitmap(screen, side, side);
     if (memory && bitmap) {
         HGDIOBJ old = SelectObject(memory, bitmap);
         BitBlt(memory, 0, 0, side, side, screen, (int)g_item.xLocation, 5 * s, SRCCOPY);
@@ -54,11 +54,11 @@ void CaptureTaskbarBackground()
 static void CreatePens()
 {
     if (!g_item.redPen)
-        g_item.redPen = CreatePen(PS_SOLID, 1, RGB(255, 0, 0));
+        g_item.redPen = platform::CreatePen(PS_SOLID, 1, RGB(255, 0, 0));
     if (!g_item.bluePen)
-        g_item.bluePen = CreatePen(PS_SOLID, 1, RGB(0, 0, 255));
+        g_item.bluePen = platform::CreatePen(PS_SOLID, 1, RGB(0, 0, 255));
     if (!g_item.silverPen)
-        g_item.silverPen = CreatePen(PS_SOLID, 1, RGB(192, 192, 192));
+        g_item.silverPen = platform::CreatePen(PS_SOLID, 1, RGB(192, 192, 192));
 }
 
 // The default log folder is the platform's Program Files folder (on the
@@ -183,12 +183,18 @@ LRESULT QueryRefreshCache(HWND window, TODAYLISTITEM *item)
 
     HDC dc = GetDC(window);
     if (!g_item.gdiReady) {
+        // Both or neither: half a surface would be made again at every
+        // refresh, losing a handle each time GDI is short.
         int s = Scale();
-        g_item.surfaceDC = CreateCompatibleDC(dc);
-        g_item.surfaceBitmap = CreateCompatibleBitmap(dc, 44 * s, 22 * s);
-        if (g_item.surfaceDC && g_item.surfaceBitmap) {
-            g_item.surfaceOldBitmap = SelectObject(g_item.surfaceDC, g_item.surfaceBitmap);
+        HDC surface = platform::CreateCompatibleDC(dc);
+        HBITMAP bitmap = surface ? platform::CreateCompatibleBitmap(dc, 44 * s, 22 * s) : nullptr;
+        if (bitmap) {
+            g_item.surfaceDC = surface;
+            g_item.surfaceBitmap = bitmap;
+            g_item.surfaceOldBitmap = SelectObject(surface, bitmap);
             g_item.gdiReady = true;
+        } else if (surface) {
+            DeleteDC(surface);
         }
     }
     CreatePens();

@@ -1,6 +1,7 @@
 // render.cpp: the status strip: mini graph, signal icon and tool icons.
 #include "item/item.h"
 #include "item/strip.h"
+#include "platform/platform.h"
 #include "resources/resource.h"
 
 namespace {
@@ -45,10 +46,11 @@ void DrawBackground(HDC surface, bool hires)
     DeleteObject(bitmap);
 }
 
-// One step of the graph in one colour; two ends on the baseline draw nothing.
+// One step of the graph in one colour; two ends on the baseline draw nothing,
+// and neither does a missing pen (the DC's own pen would draw it black).
 void GraphLine(HDC surface, HPEN pen, int x0, int h0, int x1, int h1, int base)
 {
-    if (h0 == 0 && h1 == 0)
+    if ((h0 == 0 && h1 == 0) || !pen)
         return;
     HGDIOBJ old = SelectObject(surface, pen);
     MoveToEx(surface, x0, base - h0, nullptr);
@@ -104,28 +106,78 @@ void DrawGraph(HDC surface, bool hires)
         }
     }
 
+    if (!g_item.silverPen)
+        return;
     HGDIOBJ old = SelectObject(surface, g_item.silverPen);
     MoveToEx(surface, STRIP_GRAPH_LINE_LEFT, base, nullptr);
     LineTo(surface, hires ? STRIP_GRAPH_LINE_RIGHT_HIRES : STRIP_GRAPH_LINE_RIGHT, base);
     SelectObject(surface, old);
 }
 
-} // namespace
-
-// At its natural size: LoadIconW would stretch a 16-pixel icon to the
-// system's icon size on the desktop.
-HICON LoadStripIcon(int id)
+// The signal icon over the Today background, which the Today screen paints
+// into the icon's square as it does behind the whole item.
+void DrawSignalIcon(HWND window, HDC dc, int id, int x, int side)
 {
-    return static_cast<HICON>(LoadImageW(g_item.instance, MAKEINTRESOURCEW(id), IMAGE_ICON, 0, 0, 0));
+    IconSquare square;
+    if (!BeginIconSquare(dc, x, STRIP_ICON_Y, side, &square))
+        return;
+    HWND parent = window ? GetParent(window) : nullptr;
+    if (parent) {
+        TODAYDRAWWATERMARKINFO info;
+        info.hdc = square.dc;
+        SetRect(&info.rc, x, STRIP_ICON_Y, x + side, STRIP_ICON_Y + side);
+        info.hwnd = window;
+        // The request speaks of the item's coordinates: the square's origin is (x, y).
+        POINT origin;
+        SetViewportOrgEx(square.dc, -x, -STRIP_ICON_Y, &origin);
+        SendMessageW(parent, TODAYM_DRAWWATERMARK, 0, reinterpret_cast<LPARAM>(&info));
+        SetViewportOrgEx(square.dc, origin.x, origin.y, nullptr);
+    }
+    EndIconSquare(dc, id, &square);
 }
 
-void DrawStripIcon(HDC dc, int id, int x, int y)
+} // namespace
+
+// At its own size, given: LoadIconW, or a size of 0, would stretch a
+// 16-pixel icon to the system's icon size.
+HICON LoadItemIcon(int id, int size)
 {
-    HICON icon = LoadStripIcon(id);
+    return static_cast<HICON>(platform::LoadImageW(g_item.instance, MAKEINTRESOURCEW(id), IMAGE_ICON, size, size, 0));
+}
+
+void DrawItemIcon(HDC dc, int id, int x, int y, int size)
+{
+    HICON icon = LoadItemIcon(id, size);
     if (!icon)
         return;
     DrawIconEx(dc, x, y, icon, 0, 0, 0, nullptr, DI_NORMAL);
     DestroyIcon(icon);
+}
+
+bool BeginIconSquare(HDC dc, int x, int y, int side, IconSquare *square)
+{
+    square->dc = platform::CreateCompatibleDC(dc);
+    square->bitmap = square->dc ? platform::CreateCompatibleBitmap(dc, side, side) : nullptr;
+    if (!square->bitmap) {
+        if (square->dc)
+            DeleteDC(square->dc);
+        return false;
+    }
+    square->old = SelectObject(square->dc, square->bitmap);
+    square->x = x;
+    square->y = y;
+    square->side = side;
+    BitBlt(square->dc, 0, 0, side, side, dc, x, y, SRCCOPY);
+    return true;
+}
+
+void EndIconSquare(HDC dc, int id, IconSquare *square)
+{
+    DrawItemIcon(square->dc, id, 0, 0, square->side);
+    BitBlt(dc, square->x, square->y, square->side, square->side, square->dc, 0, 0, SRCCOPY);
+    SelectObject(square->dc, square->old);
+    DeleteObject(square->bitmap);
+    DeleteDC(square->dc);
 }
 
 int GraphHeight(DWORD bytes)
@@ -150,21 +202,22 @@ int GraphHeight(DWORD bytes)
     return h;
 }
 
-void DrawStatusStrip(HWND, HDC dc, bool fullPaint)
+void DrawStatusStrip(HWND window, HDC dc, bool fullPaint)
 {
     bool hires = IsHiResScreen();
     int s = hires ? 2 : 1;
 
     if (g_item.signalDbm != g_item.lastDrawnSignal || fullPaint) {
-        DrawStripIcon(dc, SignalIconId(g_item.signalDbm, hires), STRIP_SIGNAL_X * s, STRIP_ICON_Y);
+        DrawSignalIcon(window, dc, SignalIconId(g_item.signalDbm, hires), STRIP_SIGNAL_X * s, STRIP_ICON_SIZE * s);
         g_item.lastDrawnSignal = g_item.signalDbm;
     } else if (g_item.lastDrawnSignal < -89) {
         // The lowest band is drawn again on every refresh.
-        DrawStripIcon(dc, hires ? IDI_SIGNAL0_HIRES : IDI_SIGNAL0, STRIP_SIGNAL_X * s, STRIP_ICON_Y);
+        DrawSignalIcon(window, dc, hires ? IDI_SIGNAL0_HIRES : IDI_SIGNAL0, STRIP_SIGNAL_X * s, STRIP_ICON_SIZE * s);
         g_item.lastDrawnSignal = -90;
     }
 
-    if (!g_item.surfaceDC)
+    // Only a whole surface: a DC without its bitmap would copy a 1 x 1 default.
+    if (!g_item.gdiReady)
         return;
     DrawGraph(g_item.surfaceDC, hires);
     // The same block on both screens: the small surface is simply clipped.
@@ -178,7 +231,8 @@ void DrawItem(HWND window, HDC dc, bool fullPaint)
     bool hires = IsHiResScreen();
     int s = hires ? 2 : 1;
     for (size_t i = 0; i < sizeof kToolIcons / sizeof kToolIcons[0]; i++)
-        DrawStripIcon(dc, hires ? kToolIcons[i].hires : kToolIcons[i].normal, kToolIcons[i].x * s, STRIP_ICON_Y);
+        DrawItemIcon(dc, hires ? kToolIcons[i].hires : kToolIcons[i].normal, kToolIcons[i].x * s, STRIP_ICON_Y,
+                     STRIP_ICON_SIZE * s);
 }
 
 void OnPaint(HWND window)

@@ -36,9 +36,24 @@
 int GraphHeight(DWORD bytes);
 // The strip with its tool icons (the paint handler's drawing).
 void DrawItem(HWND window, HDC dc, bool fullPaint);
-// A module icon at its natural size, and drawn so; a missing icon is skipped.
-HICON LoadStripIcon(int id);
-void DrawStripIcon(HDC dc, int id, int x, int y);
+// A module icon of `size` pixels, and drawn so; a missing icon is skipped.
+HICON LoadItemIcon(int id, int size);
+void DrawItemIcon(HDC dc, int id, int x, int y, int size);
+
+// An icon that is drawn again where it stands goes through a square of its
+// own: the square starts as what `dc` shows at (x, y), the caller lays the
+// clean background over it, and the icon goes on top; one copy puts it on
+// `dc`. Drawn straight over its predecessor, an icon would blend into it: its
+// soft edges darken with every redraw and the parts of another state that it
+// does not cover stay. False (nothing to draw into) when GDI is short.
+struct IconSquare {
+    HDC dc;
+    HBITMAP bitmap;
+    HGDIOBJ old;
+    int x, y, side;
+};
+bool BeginIconSquare(HDC dc, int x, int y, int side, IconSquare *square);
+void EndIconSquare(HDC dc, int id, IconSquare *square);
 
 // Tap targets of the strip, the icon row's in hit-test order, then the graph.
 enum StripTarget {

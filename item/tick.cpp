@@ -1,5 +1,6 @@
 // tick.cpp: the monitored adapter and the 2-second sampling tick.
 #include "item/item.h"
+#include "item/strip.h"
 #include "platform/platform.h"
 #include "resources/resource.h"
 #include "trafficlog/trafficlog.h"
@@ -134,7 +135,10 @@ int TaskbarIconId()
 // Paints the status icon straight onto the device screen. The snapshot under
 // it is compared with the screen one pixel at a time and the comparison stops
 // at the first difference: something else painted there, so the snapshot is
-// taken again; when nothing changed the snapshot is put back first.
+// taken again; when nothing changed the snapshot is put back first. The
+// snapshot then holds the previous icon, so the icon is laid over the clean
+// taskbar captured when the cache was built: every state covers the whole
+// square and replaces the one before exactly.
 static void UpdateTaskbarIcon()
 {
     int s = IsHiResScreen() ? 2 : 1, side = 16 * s, top = 5 * s, x = (int)g_item.xLocation;
@@ -142,7 +146,7 @@ static void UpdateTaskbarIcon()
     if (!screen)
         return;
 
-    HDC memory = CreateCompatibleDC(screen);
+    HDC memory = platform::CreateCompatibleDC(screen);
     if (memory) {
         if (g_item.iconBackground) {
             HGDIOBJ old = SelectObject(memory, g_item.iconBackground);
@@ -161,7 +165,7 @@ static void UpdateTaskbarIcon()
                 BitBlt(memory, 0, 0, side, side, screen, x, top, SRCCOPY);
             SelectObject(memory, old);
         } else {
-            HBITMAP bitmap = CreateCompatibleBitmap(screen, side, side);
+            HBITMAP bitmap = platform::CreateCompatibleBitmap(screen, side, side);
             if (bitmap) {
                 HGDIOBJ old = SelectObject(memory, bitmap);
                 BitBlt(memory, 0, 0, side, side, screen, x, top, SRCCOPY);
@@ -169,16 +173,19 @@ static void UpdateTaskbarIcon()
                 g_item.iconBackground = bitmap;
             }
         }
-        DeleteDC(memory);
     }
 
-    // In the icon's own size: 16 or 32 pixels as drawn.
-    HICON icon = static_cast<HICON>(
-        LoadImageW(g_item.instance, MAKEINTRESOURCEW(TaskbarIconId()), IMAGE_ICON, 0, 0, 0));
-    if (icon) {
-        DrawIconEx(screen, x, top, icon, 0, 0, 0, nullptr, DI_NORMAL);
-        DestroyIcon(icon);
+    IconSquare square;
+    if (BeginIconSquare(screen, x, top, side, &square)) {
+        if (memory && g_item.taskbarBackground) {
+            HGDIOBJ old = SelectObject(memory, g_item.taskbarBackground);
+            BitBlt(square.dc, 0, 0, side, side, memory, 0, 0, SRCCOPY);
+            SelectObject(memory, old);
+        }
+        EndIconSquare(screen, TaskbarIconId(), &square);
     }
+    if (memory)
+        DeleteDC(memory);
     platform::ReleaseDC(nullptr, screen);
 }
 

@@ -38,4 +38,13 @@ DWORD GetAdaptersInfo(PIP_ADAPTER_INFO info, PULONG size);
 DWORD GetInterfaceInfo(PIP_INTERFACE_INFO info, PULONG size);
 DWORD GetIfEntry(PMIB_IFROW row);
 
+// The item's own drawing resources (its surface, pens and screen snapshots):
+// made here so that a test can run GDI short and fail the Nth creation. An
+// icon of width and height 0 is the system's icon size on the device, not
+// the image's own (as if LR_DEFAULTSIZE were set): always pass the size.
+HDC CreateCompatibleDC(HDC dc);
+HBITMAP CreateCompatibleBitmap(HDC dc, int width, int height);
+HPEN CreatePen(int style, int width, COLORREF colour);
+HANDLE LoadImageW(HINSTANCE instance, LPCWSTR name, UINT type, int width, int height, UINT flags);
+
 } // namespace platform

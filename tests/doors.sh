@@ -33,9 +33,11 @@ no_window() {
     done
 }
 
-STORE="trafficlog/logwriter.cpp trafficlog/reader.cpp trafficlog/export.cpp trafficlog/trafficlog.h trafficlog/reader.h trafficlog/export.h"
+# The store's file code and its portable parsers: every trafficlog/ file but the export dialog.
+STORE=$(ls trafficlog/*.cpp trafficlog/*.h | grep -v export_dialog)
+STORE_HEADERS=$(ls trafficlog/*.h | grep -v export_dialog)
 WIRELESS="wireless/query.cpp wireless/bssidlist.cpp wireless/wireless.h wireless/bssidlist.h"
-room $STORE -- platform/ trafficlog/trafficlog.h trafficlog/reader.h trafficlog/export.h
+room $STORE -- platform/ $STORE_HEADERS
 room $WIRELESS -- platform/ wireless/wireless.h wireless/bssidlist.h
 no_window $STORE $WIRELESS
 room $(find platform -name '*.cpp' -o -name '*.h') -- platform/

@@ -82,10 +82,11 @@ TEST_F(Export, CsvOfARange)
         {"an empty first month leaves the mark to the next month's first record",
          {{2027, 5, {}}, {2027, 6, Record(9, 0, 0, 1024) + Record(1, 0, 0, 2048)}}, {2027, 5, 10}, {2027, 6, 30},
          "Total for May 2027|0|0|0\nJun 01, 2027|2.00KB|0|2.00KB\nTotal for Jun 2027|2.00KB|0|2.00KB\n"},
-        {"days out of range are skipped; a cut tail repeats the previous record's bytes",
+        {"a day out of range has no row but counts in the total; past To it is left out; a cut tail repeats "
+         "the previous record's bytes",
          {{2026, 9, Record(3, 0, 0, 1024) + Record(-5, 0, 0, 1024) + Record(100, 0, 0, 1024) + Bytes{4, 1, 0}}},
          {2026, 9, 1}, {2026, 9, 30},
-         "Sep 03, 2026|1.00KB|0|1.00KB\nSep 04, 2026|1.00KB|0|1.00KB\nTotal for Sep 2026|2.00KB|0|2.00KB\n"},
+         "Sep 03, 2026|1.00KB|0|1.00KB\nSep 04, 2026|1.00KB|0|1.00KB\nTotal for Sep 2026|3.00KB|0|3.00KB\n"},
     };
     for (const auto &c : cases) {
         for (const Month &m : c.logs)
@@ -102,6 +103,17 @@ TEST_F(Export, LockedLogIsAMonthWithoutTraffic)
     ASSERT_NE(INVALID_HANDLE_VALUE, locked);
     EXPECT_EQ(Csv("Total for Sep 2026|0|0|0\n"), Run({2026, 9, 1}, {2026, 9, 30}));
     CloseHandle(locked);
+}
+
+TEST_F(Export, ALogOpenForWritingIsStillRead)
+{
+    // The tick's writer holds the file open for reading and writing.
+    WriteBytes(LogPath(2026, 9), Record(3, 0, 0, 1024));
+    HANDLE writer = CreateFileW(LogPath(2026, 9).c_str(), GENERIC_READ | GENERIC_WRITE,
+                                FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(INVALID_HANDLE_VALUE, writer);
+    EXPECT_EQ(Csv("Sep 03, 2026|1.00KB|0|1.00KB\nTotal for Sep 2026|1.00KB|0|1.00KB\n"), Run({2026, 9, 1}, {2026, 9, 30}));
+    CloseHandle(writer);
 }
 
 TEST(ExportRange, ReversedOnlyWhenToIsEarlier)
@@ -150,6 +162,8 @@ TEST_F(ExportDialog, OpensOnTodayAndTheKeyboardButtonToggles)
             SYSTEMTIME t = {};
             SendDlgItemMessageW(dialog, id, DTM_GETSYSTEMTIME, 0, (LPARAM)&t);
             EXPECT_EQ(20260307, t.wYear * 10000 + t.wMonth * 100 + t.wDay) << id;
+            GetDlgItemTextW(dialog, id, text, 300);
+            EXPECT_STREQ(L"Mar 7,2026", text) << id;   // as the device shows it
         }
         RECT rc;
         GetWindowRect(dialog, &rc);

@@ -9,28 +9,35 @@ namespace {
 
 const COLORREF kRed = RGB(255, 0, 0), kBlue = RGB(0, 0, 255), kWhite = RGB(255, 255, 255);
 
-TEST(LiveGraphScale, BoundsAreStrictAndTheOddLabelsStay)
+// Every row as users read it: its full scale, which is also the row's strict
+// upper bound but for the last, and its labels from the top.
+const struct { DWORD below, fullScale; const wchar_t *labels; } kLadder[] = {
+    {1024, 1024, L"1.0KB 0.8KB 0.6KB 0.4KB 0.2KB"},         {10240, 10240, L"10KB 8KB 6KB 4KB 2KB"},
+    {102400, 102400, L"100KB 80KB 60KB 40KB 20KB"},         {204800, 204800, L"200KB 160KB 120KB 80KB 40KB"},
+    {307200, 307200, L"300KB 240KB 180KB 120KB 60KB"},      {409600, 409600, L"400KB 320KB 240KB 160KB 80KB"},
+    {512000, 512000, L"500KB 400KB 300KB 200KB 100KB"},     {614400, 614400, L"600KB 480KB 360KB 240KB 120KB"},
+    {716800, 716800, L"700KB 560KB 420KB 280KB 140KB"},     {819200, 819200, L"800KB 640KB 480KB 320KB 160KB"},
+    {921600, 921600, L"900KB 720KB 540KB 360KB 180KB"},     {1024000, 1024000, L"1.0MB 0.8MB 0.6MB 0.4MB 0.2MB"},
+    {2048000, 2048000, L"2.0MB 1.6MB 1.2MB 0.8MB 0.4MB"},   {3072000, 3072000, L"3.0MB 2.4MB 1.8MB 1.2MB 0.6MB"},
+    {4096000, 4096000, L"4.0MB 3.2MB 2.4MB 1.6MB 0.8MB"},   {5120000, 5120000, L"5MB 4MB 3MB 2MB 1MB"},
+    {6144000, 6144000, L"6.0MB 4.8MB 3.6MB 2.4MB 1.2MB"},   {7168000, 7168000, L"7.0MB 5.6MB 4.2MB 2.8MB 1.4MB"},
+    {8192000, 8192000, L"8.0MB 6.4MB 4.8MB 3.2MB 1.6MB"},   {9216000, 9216000, L"9.0MB 7.2MB 5.4MB 3.6MB 1.8MB"},
+    {10240000, 10240000, L"10MB 8MB 6MB 4MB 2MB"},          {0, 1024000000, L">10MB 8MB 6MB 4MB 2MB"},
+};
+
+TEST(LiveGraphScale, EveryRowFromThePreviousBoundToBelowItsOwn)
 {
-    struct {
-        DWORD largest, fullScale;
-        const wchar_t *labels;
-    } cases[] = {
-        {1023, 1024, L"1.0KB 0.8KB 0.6KB 0.4KB 0.2KB"},
-        {1024, 10240, L"10KB 8KB 6KB 4KB 2KB"},
-        {921600, 1024000, L"1.0MB 0.8MB 0.6MB 0.4MB 0.2MB"},
-        {5119999, 5120000, L"5MB 4MB 3MB 2MB 1MB"},
-        {5120000, 6144000, L"6.0MB 4.8MB 3.6MB 2.4MB 1.2MB"},
-        {10239999, 10240000, L"10MB 8MB 6MB 4MB 2MB"},
-        {10240000, 1024000000, L">10MB 8MB 6MB 4MB 2MB"},
-        {0xFFFFFFFF, 1024000000, L">10MB 8MB 6MB 4MB 2MB"},
-    };
-    for (const auto &c : cases) {
-        const LiveGraphScale &scale = ChooseLiveGraphScale(c.largest);
-        std::wstring labels = scale.labels[0];
-        for (int j = 1; j < LIVEGRAPH_LABELS; j++)
-            labels += std::wstring(L" ") + scale.labels[j];
-        EXPECT_EQ(c.fullScale, scale.fullScale) << c.largest;
-        EXPECT_EQ(c.labels, labels) << c.largest;
+    DWORD from = 0;
+    for (const auto &row : kLadder) {
+        for (DWORD largest : {from, row.below ? row.below - 1 : 0xFFFFFFFF}) {
+            const LiveGraphScale &scale = ChooseLiveGraphScale(largest);
+            std::wstring labels = scale.labels[0];
+            for (int j = 1; j < LIVEGRAPH_LABELS; j++)
+                labels += std::wstring(L" ") + scale.labels[j];
+            EXPECT_EQ(row.fullScale, scale.fullScale) << largest;
+            EXPECT_EQ(row.labels, labels) << largest;
+        }
+        from = row.below;
     }
 }
 
@@ -144,6 +151,8 @@ TEST_F(LiveGraphDrawing, ColumnsOfTheRing)
     } cases[] = {
         {"one sample stands at the right edge", 1, 1, 0, 0, {0}, {512},
          {{168, kBlue, 50}, {168, kRed, 0}, {161, kBlue, 0}}},
+        {"received bytes choose the scale too: 5,000 of 10 KB", 1, 1, 0, 0, {100}, {5000},
+         {{168, kBlue, 48}, {168, kRed, 0}}},
         {"hi-res doubles the coordinates, not the pens", 2, 1, 0, 0, {0}, {512}, {{168, kBlue, 50}}},
         {"a growing ring steps left from the newest", 1, 3, 0, 2, {}, {1000, 500, 250},
          {{154, kBlue, 97}, {161, kBlue, 48}, {168, kBlue, 24}, {147, kBlue, 0}}},

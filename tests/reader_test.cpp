@@ -53,7 +53,9 @@ TEST(ByteCount, UnitEdgesAndASmallBuffer)
     EXPECT_LT(wcslen(text), 7u);
 }
 
-TEST(LogBytes, SeriesAndMaximumFromRecords)
+class ReadLog : public DeviceTest {};
+
+TEST_F(ReadLog, SeriesAndMaximumFromRecords)
 {
     Bytes day5;
     for (int h = 0; h < 24; h++)
@@ -64,6 +66,9 @@ TEST(LogBytes, SeriesAndMaximumFromRecords)
     // A cut tail: day 3, hour 0, reserved, and the received field's lowest
     // byte; the rest is left from the record before.
     const Bytes tail = {3, 0, 0, 0, 0x22};
+    Bytes many;
+    for (int i = 0; i < 64; i++)
+        many = many + Record(2, 0, i == 63 ? 0x01000000 : 0, 5);
     const Bytes outside = Record(32, 0, 50, 50) + Record(-1, 0, 60, 60) + Record(1, -3, 70, 70) +
                           Record(1, 40, 80, 80);
     struct Slot { int at; double tx, rx; };
@@ -83,12 +88,15 @@ TEST(LogBytes, SeriesAndMaximumFromRecords)
         {"fields unsigned, reserved ignored", reserved, 0, 0, {{1, 2147483648.0, 4294967295.0}}, 4294967295.0},
         {"cut tail", Record(2, 0, 0x01000000, 5) + tail, 0, 0, {{2, 5, 0x01000000}, {3, 5, 0x01000022}},
          0x01000022},
+        {"a cut tail after a full read", many + tail, 0, 0, {{2, 64 * 5, 0x01000000}, {3, 5, 0x01000022}},
+         0x01000022},
         {"days outside the series", outside, 0, 0, {{1, 150, 150}}, 150},
         {"hours outside the series", outside, HOURLY_MODE, 1, {}, 0},
     };
     for (auto &c : cases) {
         Series s;
-        AddTrafficLogBytes(c.bytes.data(), c.bytes.size(), c.mode, c.day, s.tx, s.rx, &s.max);
+        WriteBytes(LogPath(2026, 3), c.bytes);
+        EXPECT_EQ(c.mode == HOURLY_MODE ? 24 : 31, s.Read(c.mode, 2026, 3, c.day)) << c.what;
         for (int i = 0; i < SERIES_SLOTS; i++) {
             Slot want = {i, 0, 0};
             for (const Slot &slot : c.slots)
@@ -101,7 +109,6 @@ TEST(LogBytes, SeriesAndMaximumFromRecords)
     }
 }
 
-class ReadLog : public DeviceTest {};
 
 TEST_F(ReadLog, NoFileAnEmptyFileAndALockedFileAreEmptyViews)
 {

@@ -5,6 +5,7 @@
 #include <stdio.h>
 
 int g_watermarkRequests;
+COLORREF g_watermarkColour = CLR_INVALID;
 TODAYDRAWWATERMARKINFO g_lastWatermark;
 
 std::wstring TestRoot()
@@ -85,11 +86,42 @@ std::vector<COLORREF> Canvas::Pixels() const
     return v;
 }
 
+std::vector<COLORREF> Canvas::Square(int x0, int y0, int side) const
+{
+    std::vector<COLORREF> v;
+    for (int y = y0; y < y0 + side; y++)
+        for (int x = x0; x < x0 + side; x++)
+            v.push_back(At(x, y));
+    return v;
+}
+
+std::vector<COLORREF> IconOver(COLORREF background, int id, int side)
+{
+    Canvas c;
+    c.Make(side, side);
+    HBRUSH brush = CreateSolidBrush(background);
+    RECT rc = {0, 0, side, side};
+    FillRect(c.dc, &rc, brush);
+    DeleteObject(brush);
+    HICON icon = (HICON)LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_ICON, side, side, 0);
+    EXPECT_NE(nullptr, icon) << id;
+    DrawIconEx(c.dc, 0, 0, icon, side, side, 0, nullptr, DI_NORMAL);
+    DestroyIcon(icon);
+    std::vector<COLORREF> v = c.Pixels();
+    c.Free();
+    return v;
+}
+
 static LRESULT CALLBACK ParentProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == TODAYM_DRAWWATERMARK) {
         g_watermarkRequests++;
         g_lastWatermark = *reinterpret_cast<TODAYDRAWWATERMARKINFO *>(lParam);
+        if (g_watermarkColour != CLR_INVALID) {
+            HBRUSH brush = CreateSolidBrush(g_watermarkColour);
+            FillRect(g_lastWatermark.hdc, &g_lastWatermark.rc, brush);
+            DeleteObject(brush);
+        }
         return 1;
     }
     return DefWindowProcW(window, message, wParam, lParam);
@@ -107,6 +139,7 @@ HWND CreateParentWindow()
         registered = true;
     }
     g_watermarkRequests = 0;
+    g_watermarkColour = CLR_INVALID;
     return CreateWindowExW(0, L"QuorvaneTestParent", L"parent", WS_POPUP, 0, 0, 480, 640, nullptr,
                            nullptr, GetModuleHandleW(nullptr), nullptr);
 }

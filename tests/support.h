@@ -26,11 +26,14 @@ struct Canvas {
     void Free();
     COLORREF At(int x, int y) const { return GetPixel(dc, x, y); }
     std::vector<COLORREF> Pixels() const;
+    std::vector<COLORREF> Square(int x, int y, int side) const;
 };
 
 // A plain parent window that records the watermark requests it gets.
 HWND CreateParentWindow();
 extern int g_watermarkRequests;
+// When set, the parent paints the watermark it is asked for in this colour.
+extern COLORREF g_watermarkColour;
 extern TODAYDRAWWATERMARKINFO g_lastWatermark;
 
 // Every test on the device starts from a new device, a clean key and an item
@@ -48,6 +51,9 @@ protected:
     HWND item_ = nullptr;
     TODAYLISTITEM tli_ = {};
 };
+
+// What icon `id` of `side` pixels looks like drawn once over `background`.
+std::vector<COLORREF> IconOver(COLORREF background, int id, int side);
 
 // Dialogs built from the templates linked into the test executable.
 LPCDLGTEMPLATE DialogTemplate(int id);

@@ -54,6 +54,8 @@ TEST_F(TrafficLog, RecordsAreFoundByDayAndHourOrAppended)
         // The cut tail matches nothing; the file is misaligned from there on.
         {"cut tail", Record(15, 9, 50, 60) + tail, {{15, 10, 1, 2}},
          Record(15, 9, 50, 60) + tail + Record(15, 10, 1, 2)},
+        {"a cut tail of this hour is completed where it stands", Record(15, 9, 50, 60) + Bytes{15, 10, 0, 0, 9},
+         {{15, 10, 1, 2}}, Record(15, 9, 50, 60) + Record(15, 10, 10, 62)},
         {"clock set back", Record(15, 9, 50, 60) + Record(15, 10, 70, 80), {{15, 9, 1, 2}},
          Record(15, 9, 51, 62) + Record(15, 10, 70, 80)},
     };
@@ -77,10 +79,10 @@ TEST_F(TrafficLog, MonthsGetFilesOfTheirOwn)
     EXPECT_EQ(Record(1, 0, 6, 6), FileBytes(LogPath(2026, 2)));
 }
 
-TEST_F(TrafficLog, AReaderHoldingTheFileDoesNotLockTheWriterOut)
+TEST_F(TrafficLog, AnotherHandleWritingDoesNotLockTheWriterOut)
 {
     LogTraffic(nullptr, 1, 1);
-    HANDLE reader = CreateFileW(LogPath(2026, 1).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+    HANDLE reader = CreateFileW(LogPath(2026, 1).c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                 nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(INVALID_HANDLE_VALUE, reader);
     LogTraffic(nullptr, 1, 1);

@@ -84,11 +84,6 @@ TEST_F(UsageDialog, BothTemplatesOpenOnTodaysDailyChart)
         Paint();
         EXPECT_EQ(L"Daily Traffic for Jan 2026", Text(IDC_USAGE_TITLE)) << id;
         EXPECT_EQ(31, g_usage.slots) << id;
-        // OK under the chart in portrait, beside it in landscape.
-        RECT ok, date;
-        GetWindowRect(GetDlgItem(dialog_, IDOK), &ok);
-        GetWindowRect(GetDlgItem(dialog_, IDC_USAGE_DATE), &date);
-        EXPECT_EQ(id == IDD_USAGE_WIDE, ok.left > date.right) << id;
     }
 }
 
@@ -195,11 +190,57 @@ TEST_F(UsageDialog, TapsOnTheHeaderIconsAndThePageArrows)
     EXPECT_EQ(dialog_, fake::g_device.dialogs[0].owner);
     EXPECT_EQ((DLGPROC)ExportDlgProc, fake::g_device.dialogs[0].proc);
 
-    // Rows with data count hour 0, which the table never lists.
+    // Rows with data count hour 0, which the table never lists, and the month's last day.
     g_usage.mode = USAGE_HOURLY;
     g_usage.day = 1;
     ReadUsageLog();
     EXPECT_EQ(1, g_usage.rowsWithData);
+    WriteBytes(LogPath(2026, 1), Record(31, 5, 1, 1));
+    g_usage.mode = USAGE_DAILY;
+    ReadUsageLog();
+    EXPECT_EQ(1, g_usage.rowsWithData);
+}
+
+TEST_F(UsageDialog, DatePickerShowsWhatTheDevicesShows)
+{
+    Open();
+    HWND picker = GetDlgItem(dialog_, IDC_USAGE_DATE);
+    auto shown = [picker] {
+        WCHAR text[64] = L"";
+        GetWindowTextW(picker, text, 64);
+        return std::wstring(text);
+    };
+    EXPECT_EQ(L"Jan,2026", shown());
+    PickMode(1, true);
+    EXPECT_EQ(L"Jan 15,2026", shown());
+    SYSTEMTIME november = {2026, 11, 0, 21};
+    DateTime_SetSystemtime(picker, GDT_VALID, &november);
+    SendDateChange(dialog_, IDC_USAGE_DATE, 2026, 11, 21);
+    EXPECT_EQ(L"Nov 21,2026", shown());
+}
+
+// Runs the dialog modally and posts `g_command` once it is up; a dialog that
+// does not end on it is ended after 3 s with -5.
+int g_command;
+INT_PTR CALLBACK CommandOnceUp(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_INITDIALOG) {
+        PostMessageW(dialog, WM_COMMAND, g_command, 0);
+        SetTimer(dialog, 99, 3000, nullptr);
+    } else if (message == WM_TIMER && wParam == 99) {
+        EndDialog(dialog, -5);
+        return TRUE;
+    }
+    return UsageDlgProc(dialog, message, wParam, lParam);
+}
+
+TEST_F(UsageDialog, OkAndCancelCloseItWithTheirIds)
+{
+    for (int id : {IDOK, IDCANCEL}) {
+        g_command = id;
+        EXPECT_EQ(id, DialogBoxIndirectParamW(GetModuleHandleW(nullptr), DialogTemplate(IDD_USAGE), nullptr,
+                                              CommandOnceUp, 0));
+    }
 }
 
 } // namespace

@@ -8,50 +8,45 @@ namespace {
 const COLORREF kRed = RGB(255, 0, 0), kBlue = RGB(0, 0, 255);
 const COLORREF kGrid = RGB(200, 208, 220), kAxis = RGB(70, 80, 96), kInk = 0xFFFFFFFF;
 
-TEST(UsageScale, EachRowRunsUpToItsStrictBound)
+// Every row as users read it: the full scale, which is also the row's strict
+// upper bound (the last row has none), and the labels from the top.
+const struct { double fullScale; const wchar_t *labels; } kLadder[USAGE_SCALE_ROWS] = {
+    {1024, L"1.0KB 0.8KB 0.6KB 0.4KB 0.2KB"},           {10240, L"10KB 8KB 6KB 4KB 2KB"},
+    {51200, L"50KB 40KB 30KB 20KB 10KB"},               {102400, L"100KB 80KB 60KB 40KB 20KB"},
+    {204800, L"200KB 160KB 120KB 80KB 40KB"},           {307200, L"300KB 240KB 180KB 120KB 60KB"},
+    {409600, L"400KB 320KB 240KB 160KB 80KB"},          {512000, L"500KB 400KB 300KB 200KB 100KB"},
+    {614400, L"600KB 480KB 360KB 240KB 120KB"},         {716800, L"700KB 560KB 420KB 280KB 140KB"},
+    {819200, L"800KB 640KB 480KB 320KB 160KB"},         {921600, L"900KB 720KB 540KB 360KB 180KB"},
+    {1024000, L"1.0MB 0.8MB 0.6MB 0.4MB 0.2MB"},        {2048000, L"2.0MB 1.6MB 1.2MB 0.8MB 0.4MB"},
+    {3072000, L"3.0MB 2.4MB 1.8MB 1.2MB 0.6MB"},        {4096000, L"4.0MB 3.2MB 2.4MB 1.6MB 0.8MB"},
+    {5120000, L"5MB 4MB 3MB 2MB 1MB"},                  {6144000, L"6.0MB 4.8MB 3.6MB 2.4MB 1.2MB"},
+    {7168000, L"7.0MB 5.6MB 4.2MB 2.8MB 1.4MB"},        {8192000, L"8.0MB 6.4MB 4.8MB 3.2MB 1.6MB"},
+    {9216000, L"9.0MB 7.2MB 5.4MB 3.6MB 1.8MB"},        {10240000, L"10MB 8MB 6MB 4MB 2MB"},
+    {20480000, L"20MB 16MB 12MB 8MB 4MB"},              {30720000, L"30MB 24MB 18MB 12MB 6MB"},
+    {40960000, L"40MB 32MB 24MB 16MB 8MB"},             {51200000, L"50MB 40MB 30MB 20MB 10MB"},
+    {61440000, L"60MB 48MB 36MB 24MB 12MB"},            {71680000, L"70MB 56MB 42MB 28MB 14MB"},
+    {81920000, L"80MB 64MB 48MB 32MB 16MB"},            {92160000, L"90MB 72MB 54MB 36MB 18MB"},
+    {102400000, L"100MB 80MB 60MB 40MB 20MB"},          {1024000000, L"1.0GB 0.8GB 0.6GB 0.4GB 0.2GB"},
+    {2048000000, L">2GB 1.6GB 1.2GB 0.8GB 0.4GB"},
+};
+
+TEST(UsageScale, EveryRowFromThePreviousBoundToBelowItsOwn)
 {
-    double previous = 0;
-    for (int i = 0; i < USAGE_SCALE_ROWS - 1; i++) {
-        const UsageScale *row = ChooseUsageScale(previous);
-        double bound = row->below;
-        EXPECT_GT(bound, previous);
-        EXPECT_EQ(row, ChooseUsageScale(bound - 1)) << bound;
-        EXPECT_NE(row, ChooseUsageScale(bound)) << bound;
-        EXPECT_EQ(bound, row->fullScale);
+    double from = 0;
+    for (int i = 0; i < USAGE_SCALE_ROWS; i++) {
+        double below = i + 1 < USAGE_SCALE_ROWS ? kLadder[i].fullScale : 1e15;
+        for (double maximum : {from, below - 1}) {
+            const UsageScale *row = ChooseUsageScale(maximum);
+            std::wstring labels = row->labels[0];
+            for (int j = 1; j < 5; j++)
+                labels += std::wstring(L" ") + row->labels[j];
+            EXPECT_EQ(kLadder[i].fullScale, row->fullScale) << maximum;
+            EXPECT_EQ(kLadder[i].labels, labels) << maximum;
+        }
         // A bar of exactly the full scale is 100 %, despite the reciprocal.
-        EXPECT_EQ(100, UsageBarPercent(row->fullScale, row->fullScale)) << bound;
-        previous = bound;
+        EXPECT_EQ(100, UsageBarPercent(kLadder[i].fullScale, kLadder[i].fullScale)) << i;
+        from = kLadder[i].fullScale;
     }
-    EXPECT_EQ(100, UsageBarPercent(2048000000, 2048000000));
-}
-
-TEST(UsageScale, ChosenRowsKeepTheirOddUnits)
-{
-    struct {
-        double maximum, fullScale;
-        const wchar_t *labels;
-    } cases[] = {
-        {0, 1024, L"1.0KB 0.8KB 0.6KB 0.4KB 0.2KB"},
-        {1024, 10240, L"10KB 8KB 6KB 4KB 2KB"},            // strict: 1,024 is already the next row
-        {1048576, 2048000, L"2.0MB 1.6MB 1.2MB 0.8MB 0.4MB"},   // the axis' megabyte is 1,000 KB
-        {4500000, 5120000, L"5MB 4MB 3MB 2MB 1MB"},          // the one megabyte row without decimals
-        {5120000, 6144000, L"6.0MB 4.8MB 3.6MB 2.4MB 1.2MB"},
-        {1023999999, 1024000000, L"1.0GB 0.8GB 0.6GB 0.4GB 0.2GB"},
-        {1024000000, 2048000000, L">2GB 1.6GB 1.2GB 0.8GB 0.4GB"},
-        {1e15, 2048000000, L">2GB 1.6GB 1.2GB 0.8GB 0.4GB"},
-    };
-    for (const auto &c : cases) {
-        const UsageScale *row = ChooseUsageScale(c.maximum);
-        std::wstring labels = row->labels[0];
-        for (int j = 1; j < 5; j++)
-            labels += std::wstring(L" ") + row->labels[j];
-        EXPECT_EQ(c.fullScale, row->fullScale) << c.maximum;
-        EXPECT_EQ(c.labels, labels) << c.maximum;
-    }
-}
-
-TEST(UsageScale, BarPercentTruncatesAndClamps)
-{
     EXPECT_EQ(99, UsageBarPercent(1023, 1024));
     EXPECT_EQ(0, UsageBarPercent(10, 1024));
     EXPECT_EQ(100, UsageBarPercent(4294967295.0 * 31, 2048000000));
@@ -149,6 +144,8 @@ TEST_F(UsagePaint, BarsStandOnTheBaseLineAndTheShorterInFront)
          {{3, 500, 500}, {4, 500, 1000}, {5, 1000, 500}},
          {{45, 146, 193, kRed}, {45, 0, 0, kBlue}, {50, 146, 193, kRed}, {50, 97, 145, kBlue},
           {55, 146, 193, kBlue}, {55, 97, 145, kRed}}},
+        {"the last day of a month has its bar", 240, 320, USAGE_DAILY, 28, {{28, 1000, 0}, {29, 1000, 0}},
+         {{170, 97, 193, kRed}, {175, 0, 0, kRed}}},
         {"hour 0 stands one slot in, hour 23 last", 240, 320, USAGE_HOURLY, 24,
          {{0, 1000, 0}, {23, 0, 1000}},
          {{37, 97, 193, kRed}, {198, 97, 193, kBlue}}},
@@ -215,6 +212,7 @@ TEST_F(UsagePaint, TablePagesHoldEightRowsAndHourZeroIsNeverListed)
         {"hours 0 to 8 make two pages, hours 1 to 8 are listed", 240, 320, USAGE_HOURLY, 9, 0, 8},
         {"hours 0 to 8, page 2 lists nothing", 240, 320, USAGE_HOURLY, 9, 1, 0},
         {"landscape puts the indicator beside the table", 320, 240, USAGE_DAILY, 0, 0, 0},
+        {"31 days: the last is listed", 240, 320, USAGE_DAILY, 31, 3, 7},
     };
     for (const auto &c : cases) {
         Screen(c.w, c.h);
@@ -227,6 +225,16 @@ TEST_F(UsagePaint, TablePagesHoldEightRowsAndHourZeroIsNeverListed)
         EXPECT_EQ(c.w < c.h, Ink(10, 205, 105, 217) > 0) << c.what;   // the indicator, below the table
         EXPECT_EQ(c.w > c.h, Ink(208, 87, 238, 106) > 0) << c.what;   // or beside it
     }
+
+    // The columns: slot, transmitted, received, total ("1.50KB", "0", "1.50KB").
+    for (int i = 0; i < SERIES_SLOTS; i++)
+        tx_[i] = rx_[i] = 0;
+    tx_[28] = 1536;
+    Paint(USAGE_DAILY, USAGE_VIEW_TABLE, 1536, 28, 1, 0);
+    int xmit = Ink(46, 89, 89, 100), rcv = Ink(94, 89, 137, 100), total = Ink(142, 89, 198, 100);
+    EXPECT_EQ(total, xmit);
+    EXPECT_GT(xmit, 3 * rcv);
+    EXPECT_GT(rcv, 0);
 }
 
 TEST_F(UsagePaint, HeaderIconsAndNoDeviceContext)

@@ -61,14 +61,17 @@ void ReadMonth(int year, int month, bool lastMonth, const ExportDate &from, cons
         } else {
             passes = !(lastMonth && d > to.day);
         }
-        // A damaged file may name any day; the slots are 0-31.
-        if (!passes || d < 0 || d >= SERIES_SLOTS)
+        if (!passes)
             continue;
         double out = record.transmitted, in = record.received;
-        transmitted[d] += out;
         *totalOut += out;
-        received[d] += in;
         *totalIn += in;
+        // A damaged file may name any day: it counts in the month's total,
+        // but only days 0-31 have a slot.
+        if (d >= 0 && d < SERIES_SLOTS) {
+            transmitted[d] += out;
+            received[d] += in;
+        }
     }
     CloseHandle(log);
 }

@@ -2,6 +2,7 @@
 #include "trafficlog/export_dialog.h"
 #include "trafficlog/export.h"
 #include "item/item.h"
+#include "platform/datepicker.h"
 #include "platform/platform.h"
 #include "platform/shell.h"
 #include "resources/resource.h"
@@ -24,8 +25,8 @@ ExportDialog g_export;
 void SetPickerToday(HWND dialog, int id, const SYSTEMTIME &today)
 {
     HWND picker = GetDlgItem(dialog, id);
-    SendMessageW(picker, DTM_SETFORMATW, 0, (LPARAM)kPickerFormat);
     SendMessageW(picker, DTM_SETSYSTEMTIME, GDT_VALID, (LPARAM)&today);
+    SetDatePickerFormat(picker, kPickerFormat);
 }
 
 void LowerKeyboard(HWND dialog)
@@ -65,6 +66,7 @@ void TakeDateChange(const NMDATETIMECHANGE *change)
 {
     if (change->dwFlags != GDT_VALID)
         return;
+    SetDatePickerFormat(change->nmhdr.hwndFrom, kPickerFormat);
     ExportDate date = {change->st.wYear, change->st.wMonth, change->st.wDay};
     if (change->nmhdr.idFrom == IDC_EXPORT_FROM)
         g_export.from = date;

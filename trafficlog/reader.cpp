@@ -4,57 +4,11 @@
 #include "trafficlog/trafficlog.h"
 
 #include <stdio.h>
-#include <string.h>
 
 // A well-formed month has at most 744 records; far more means a damaged file,
 // and the read still has to end.
-static const int kMaxRecordReads = 1 << 20;
-
-static DWORD LittleEndian32(const unsigned char *p)
-{
-    return (DWORD)p[0] | (DWORD)p[1] << 8 | (DWORD)p[2] << 16 | (DWORD)p[3] << 24;
-}
-
-void AddTrafficLogRecord(const unsigned char *record, int mode, int day, double *transmitted,
-                         double *received, double *maximum)
-{
-    int recordDay = (signed char)record[0];
-    int slot = mode == HOURLY_MODE ? (signed char)record[1] : recordDay;
-    // A damaged file may name any slot; the series have 32.
-    if (slot < 0 || slot >= SERIES_SLOTS)
-        return;
-    double out = LittleEndian32(record + 8);
-    double in = LittleEndian32(record + 4);
-    if (mode == HOURLY_MODE) {
-        if (recordDay != day)
-            return;
-        // Assigned: of two records for one hour the later wins.
-        transmitted[slot] = out;
-        if (transmitted[slot] > *maximum)
-            *maximum = transmitted[slot];
-        received[slot] = in;
-        if (received[slot] > *maximum)
-            *maximum = received[slot];
-    } else {
-        transmitted[slot] += out;
-        if (transmitted[slot] > *maximum)
-            *maximum = transmitted[slot];
-        received[slot] += in;
-        if (received[slot] > *maximum)
-            *maximum = received[slot];
-    }
-}
-
-void AddTrafficLogBytes(const unsigned char *bytes, size_t length, int mode, int day,
-                        double *transmitted, double *received, double *maximum)
-{
-    unsigned char record[TRAFFIC_RECORD_BYTES] = {};
-    for (size_t at = 0; at < length; at += TRAFFIC_RECORD_BYTES) {
-        size_t n = length - at < TRAFFIC_RECORD_BYTES ? length - at : TRAFFIC_RECORD_BYTES;
-        memcpy(record, bytes + at, n);
-        AddTrafficLogRecord(record, mode, day, transmitted, received, maximum);
-    }
-}
+static const int kMaxRecords = 1 << 20;
+static const int kRecordsPerRead = 64;
 
 int ReadTrafficLog(int mode, int year, int month, int day, double *transmitted, double *received,
                    double *maximum)
@@ -74,14 +28,13 @@ int ReadTrafficLog(int mode, int year, int month, int day, double *transmitted, 
     if (file == INVALID_HANDLE_VALUE)
         return slots;
 
-    // Read as the writer writes, 12 bytes at a time; a short last read keeps
-    // the previous record's bytes behind it.
-    unsigned char record[TRAFFIC_RECORD_BYTES] = {};
-    for (int reads = 0; reads < kMaxRecordReads; reads++) {
+    TrafficLogView view = {mode, day, transmitted, received, maximum, {0}};
+    unsigned char bytes[TRAFFIC_RECORD_BYTES * kRecordsPerRead];
+    for (int reads = 0; reads < kMaxRecords / kRecordsPerRead; reads++) {
         DWORD got = 0;
-        if (!ReadFile(file, record, TRAFFIC_RECORD_BYTES, &got, nullptr) || got == 0)
+        if (!ReadFile(file, bytes, sizeof bytes, &got, nullptr) || got == 0)
             break;
-        AddTrafficLogRecord(record, mode, day, transmitted, received, maximum);
+        AddTrafficLogBytes(&view, bytes, got);
     }
     CloseHandle(file);
     return slots;

@@ -4,9 +4,8 @@
 #include <windows.h>
 #include <stddef.h>
 
-#define HOURLY_MODE 1            // any other mode is daily
-#define SERIES_SLOTS 32          // hours 0-23 or days 1-31, indexed directly
-#define TRAFFIC_RECORD_BYTES 12
+#include "trafficlog/logparse.h"
+
 #define BYTE_COUNT_CHARS 32      // room for any FormatByteCount text
 
 // Reads the month's log into the transmitted and received series (both
@@ -17,16 +16,6 @@
 // yields a null handle (the maximum is then left as it was).
 int ReadTrafficLog(int mode, int year, int month, int day, double *transmitted, double *received,
                    double *maximum);
-
-// The parsing step, on the bytes of a log already in memory: records of 12
-// bytes, a cut tail counted with the bytes it has over the previous record's
-// (as a reused read buffer leaves them). Adds to the series and raises the
-// maximum; nothing is reset here.
-void AddTrafficLogBytes(const unsigned char *bytes, size_t length, int mode, int day,
-                        double *transmitted, double *received, double *maximum);
-// One record of 12 bytes; the same rules.
-void AddTrafficLogRecord(const unsigned char *record, int mode, int day, double *transmitted,
-                         double *received, double *maximum);
 
 int DaysInMonth(int year, int month);
 // "Jan" ... "Dec" for months 1-12.

@@ -18,6 +18,10 @@ enum Call {
     kGetAdaptersInfo,
     kGetInterfaceInfo,
     kGetIfEntry,
+    // GDI creations of the item's drawing resources.
+    kCreateCompatibleDC,
+    kCreateCompatibleBitmap,
+    kCreatePen,
     kCallCount
 };
 

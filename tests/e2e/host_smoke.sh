@@ -28,6 +28,21 @@ size_of() {   # prints "W H" of a PNG
 
 "$RUN" "$BUILD/todayhost.exe" --disabled --seconds 1 || fail "host with a disabled item exited with $?"
 
+# Every failed start says what failed and what to do. Without a display
+# (the run's other Wine programs keep theirs, so the prefix stays usable):
+for case in "3|windows|env -u DISPLAY" "2|option --bogus|" "4|cannot load|"; do
+    code=${case%%|*}
+    rest=${case#*|}
+    words=${rest%%|*}
+    prefix=${rest#*|}
+    args="--seconds 1"
+    [ "$code" = 2 ] && args="--bogus"
+    [ "$code" = 4 ] && args="--dll $OUT/none.dll --seconds 1"
+    $prefix "$RUN" "$BUILD/todayhost.exe" $args 2> "$OUT/err.txt"
+    rc=$?
+    [ "$rc" = "$code" ] && grep -q "$words" "$OUT/err.txt" || { cat "$OUT/err.txt"; fail "exit $rc, not $code with a word on '$words'"; }
+done
+
 "$RUN" reg query "$KEY" | tr -d '\r' > "$OUT/key.txt"
 for pair in 'XLocation 0x4b' 'TIcon 0x1' 'TFormat 0x1'; do
     name=${pair% *}
