@@ -48,6 +48,13 @@ struct Adapter {
     UINT type;                 // MIB_IF_TYPE_*
     DWORD index;
     DWORD inOctets, outOctets;
+    // Details for the options sheet's adapter page.
+    std::string description;   // Description; empty: the name
+    std::string ipAddress;     // the current address; empty: none
+    std::vector<BYTE> mac;     // Address, AddressLength bytes
+    UINT dhcpEnabled = 1;
+    std::string dhcpServer;
+    DWORD speed = 0;           // dwSpeed of the interface row
 };
 
 struct Device {

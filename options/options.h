@@ -1,0 +1,34 @@
+// options.h: the item's options sheet: its pages and what they share.
+#pragma once
+
+#include <windows.h>
+#include <stddef.h>
+
+// The options dialog the Today settings opened; the pages close it.
+extern HWND g_optionsDialog;
+
+// The version the device's sheet and up-down control are asked to behave as.
+#define OPTIONS_COMCTL_VERSION 524
+
+INT_PTR CALLBACK AdapterPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK OptionsPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK AboutPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam);
+int CALLBACK OptionsSheetCallback(HWND sheet, UINT message, LPARAM lParam);
+
+// What the pages share: the header's colours, the line under it, and the
+// close of the sheet and the options dialog on apply.
+INT_PTR OptionsHeaderColor(HDC dc, HWND control);
+void DrawOptionsHeaderLine(HWND page);
+INT_PTR CloseOptionsSheet(HWND page);
+// A left-aligned report column.
+void AddListColumn(HWND list, int index, LPCWSTR title, int width);
+
+// The "Options" page's parts.
+bool ParseLogName(LPCWSTR name, LPWSTR year, LPWSTR month);
+void FillLogList(HWND list);
+void SaveOptionsPage(HWND page);
+
+// The "Adapter" page's parts.
+LPCWSTR AdapterTypeText(DWORD type);
+void FormatAdapterSpeed(DWORD speed, LPWSTR text, size_t size);
+BOOL FillAdapterPage(HWND page);
