@@ -73,7 +73,8 @@ protected:
 
 TEST_F(OptionsPages, TheSettingsDialogBecomesAFullScreenPageBehindTheSheet)
 {
-    HWND dialog = CreateFromTemplate(IDD_OPT_ABOUT, CustomItemOptionsDlgProc);
+    // Any template will do for the settings' dialog: it only holds the sheet.
+    HWND dialog = Open(IDD_OPT_ABOUT, CustomItemOptionsDlgProc);
     ASSERT_EQ(1u, fake::g_sheets.runs.size());
     EXPECT_EQ(std::vector<DWORD>{SHIDIF_DONEBUTTON | SHIDIF_SIZEDLGFULLSCREEN | SHIDIF_SIPDOWN},
               fake::g_sheets.initDialogFlags);
@@ -95,7 +96,6 @@ TEST_F(OptionsPages, TheSettingsDialogBecomesAFullScreenPageBehindTheSheet)
     EXPECT_EQ(524, run.callback(nullptr, PSCB_GETVERSION, 0));
     EXPECT_EQ(0, run.callback(nullptr, PSCB_INITIALIZED, 0));
     EXPECT_EQ(dialog, g_optionsDialog);
-    DestroyWindow(dialog);
 }
 
 // Apply on the Adapter, Options or About page ends the sheet and the dialog.
