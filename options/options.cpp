@@ -5,7 +5,6 @@
 #include "resources/resource.h"
 
 #include <commctrl.h>
-#include <stddef.h>
 #include <string.h>
 
 HWND g_optionsDialog;
@@ -24,8 +23,8 @@ static void RunOptionsSheet(HWND owner)
     PROPSHEETPAGEW pages[3];
     memset(pages, 0, sizeof pages);
     for (int i = 0; i < 3; i++) {
-        // The device's page and header end where the desktop's first versions do.
-        pages[i].dwSize = offsetof(PROPSHEETPAGEW, pcRefParent) + sizeof pages[i].pcRefParent;
+        // The sheet steps through the array by this size.
+        pages[i].dwSize = sizeof pages[i];
         pages[i].dwFlags = PSP_USETITLE;
         pages[i].hInstance = g_item.instance;
         pages[i].pszTemplate = MAKEINTRESOURCEW(kTemplates[i]);
@@ -34,7 +33,7 @@ static void RunOptionsSheet(HWND owner)
     }
     PROPSHEETHEADERW header;
     memset(&header, 0, sizeof header);
-    header.dwSize = offsetof(PROPSHEETHEADERW, pfnCallback) + sizeof header.pfnCallback;
+    header.dwSize = sizeof header;
     header.dwFlags = PSH_PROPSHEETPAGE | PSH_USECALLBACK | PSH_MAXIMIZE;
     header.hwndParent = owner;
     header.hInstance = g_item.instance;

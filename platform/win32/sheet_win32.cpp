@@ -25,17 +25,37 @@ RECT DeviceArea()
 
 PFNPROPSHEETCALLBACK g_sheetCallback;
 
-// The sheet is put where the device shows its maximised sheet, and loses
-// the Cancel button the device's has not.
+// The device's maximised sheet covers the screen under the taskbar, pages
+// full size, with OK as its only button. Laid out so before the first page
+// is made, so every page takes the tab control's new size.
+void LayOutAsDevice(HWND sheet)
+{
+    RECT area = DeviceArea();
+    ::SetWindowPos(sheet, nullptr, area.left, area.top, area.right - area.left, area.bottom - area.top,
+                   SWP_NOZORDER | SWP_NOACTIVATE);
+    RECT client;
+    ::GetClientRect(sheet, &client);
+    const int margin = 4, buttonWidth = 50, buttonHeight = 20;
+    static const int kHidden[] = {IDCANCEL, IDHELP, 0x3021 /* Apply */};
+    for (int i = 0; i < 3; i++) {
+        HWND button = ::GetDlgItem(sheet, kHidden[i]);
+        if (button)
+            ::ShowWindow(button, SW_HIDE);
+    }
+    HWND ok = ::GetDlgItem(sheet, IDOK);
+    if (ok)
+        ::SetWindowPos(ok, nullptr, client.right - margin - buttonWidth, client.bottom - margin - buttonHeight,
+                       buttonWidth, buttonHeight, SWP_NOZORDER | SWP_NOACTIVATE);
+    HWND tab = PropSheet_GetTabControl(sheet);
+    if (tab)
+        ::SetWindowPos(tab, nullptr, margin, margin, client.right - 2 * margin,
+                       client.bottom - 3 * margin - buttonHeight, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 int CALLBACK DesktopSheetCallback(HWND sheet, UINT message, LPARAM lParam)
 {
-    if (message == PSCB_INITIALIZED && sheet) {
-        RECT area = DeviceArea();
-        ::SetWindowPos(sheet, nullptr, area.left, area.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-        HWND cancel = ::GetDlgItem(sheet, IDCANCEL);
-        if (cancel)
-            ::ShowWindow(cancel, SW_HIDE);
-    }
+    if (message == PSCB_INITIALIZED && sheet)
+        LayOutAsDevice(sheet);
     return g_sheetCallback ? g_sheetCallback(sheet, message, lParam) : 0;
 }
 
@@ -67,7 +87,7 @@ INT_PTR PropertySheetW(LPCPROPSHEETHEADERW header)
 #else
     PROPSHEETHEADERW desktop = *header;
     desktop.dwSize = sizeof desktop;
-    desktop.dwFlags = (header->dwFlags & ~PSH_MAXIMIZE) | PSH_NOAPPLYNOW | PSH_USECALLBACK;
+    desktop.dwFlags = (header->dwFlags & ~PSH_MAXIMIZE) | PSH_NOAPPLYNOW | PSH_NOCONTEXTHELP | PSH_USECALLBACK;
     PFNPROPSHEETCALLBACK outer = g_sheetCallback;
     g_sheetCallback = (header->dwFlags & PSH_USECALLBACK) ? header->pfnCallback : nullptr;
     desktop.pfnCallback = DesktopSheetCallback;
