@@ -63,7 +63,7 @@ void FillLogList(HWND list)
         item.mask = LVIF_TEXT | LVIF_PARAM;
         item.iItem = ListView_GetItemCount(list);
         item.pszText = year;
-        item.lParam = _wtoi(year) * 100 + _wtoi(month);
+        item.lParam = wcstol(year, nullptr, 10) * 100 + wcstol(month, nullptr, 10);
         int row = ListView_InsertItem(list, &item);
         if (row >= 0)
             ListView_SetItemText(list, row, 1, month);
