@@ -1,6 +1,10 @@
 // sheet_win32.cpp: full-screen dialogs and property sheets on the device, and as a desktop plays them.
 #include "platform/platform.h"
 #include "platform/sheet.h"
+#include "platform/win32/dialog_win32.h"
+
+#include <stdlib.h>
+#include <string.h>
 
 #ifndef _WIN32_WCE
 namespace {
@@ -35,7 +39,8 @@ void LayOutAsDevice(HWND sheet)
                    SWP_NOZORDER | SWP_NOACTIVATE);
     RECT client;
     ::GetClientRect(sheet, &client);
-    const int margin = 4, buttonWidth = 50, buttonHeight = 20;
+    int s = (area.right - area.left > 320 || area.bottom - area.top > 320) ? 2 : 1;
+    int margin = 4 * s, buttonWidth = 50 * s, buttonHeight = 20 * s;
     static const int kHidden[] = {IDCANCEL, IDHELP, 0x3021 /* Apply */};
     for (int i = 0; i < 3; i++) {
         HWND button = ::GetDlgItem(sheet, kHidden[i]);
@@ -91,8 +96,38 @@ INT_PTR PropertySheetW(LPCPROPSHEETHEADERW header)
     PFNPROPSHEETCALLBACK outer = g_sheetCallback;
     g_sheetCallback = (header->dwFlags & PSH_USECALLBACK) ? header->pfnCallback : nullptr;
     desktop.pfnCallback = DesktopSheetCallback;
+
+    // A hi-res device lays its pages out at 192 dpi: each page from a copy
+    // of its template with the font doubled, as the device's dialogs are.
+    bool hiRes = platform::GetSystemMetrics(SM_CXSCREEN) > 320 || platform::GetSystemMetrics(SM_CYSCREEN) > 320;
+    UINT count = (header->dwFlags & PSH_PROPSHEETPAGE) ? header->nPages : 0;
+    PROPSHEETPAGEW *pages = hiRes && count ? static_cast<PROPSHEETPAGEW *>(calloc(count, sizeof *pages)) : nullptr;
+    BYTE **copies = pages ? static_cast<BYTE **>(calloc(count, sizeof *copies)) : nullptr;
+    if (pages && copies) {
+        const BYTE *from = reinterpret_cast<const BYTE *>(header->ppsp);
+        for (UINT i = 0; i < count; i++) {
+            const PROPSHEETPAGEW *page = reinterpret_cast<const PROPSHEETPAGEW *>(from);
+            memcpy(&pages[i], page, page->dwSize < sizeof *pages ? page->dwSize : sizeof *pages);
+            pages[i].dwSize = sizeof *pages;
+            from += page->dwSize;
+            if (pages[i].dwFlags & PSP_DLGINDIRECT)
+                continue;
+            HRSRC found = ::FindResourceW(pages[i].hInstance, pages[i].pszTemplate, MAKEINTRESOURCEW(5) /* RT_DIALOG */);
+            HGLOBAL loaded = found ? ::LoadResource(pages[i].hInstance, found) : nullptr;
+            copies[i] = loaded ? CopyTemplateAtDeviceDpi(static_cast<LPCDLGTEMPLATE>(::LockResource(loaded))) : nullptr;
+            if (copies[i]) {
+                pages[i].pResource = reinterpret_cast<LPCDLGTEMPLATE>(copies[i]);
+                pages[i].dwFlags |= PSP_DLGINDIRECT;
+            }
+        }
+        desktop.ppsp = pages;
+    }
     INT_PTR result = ::PropertySheetW(&desktop);
     g_sheetCallback = outer;
+    for (UINT i = 0; copies && i < count; i++)
+        free(copies[i]);
+    free(copies);
+    free(pages);
     // The device's sheet has no Cancel and always ends through its pages'
     // apply; a desktop sheet closed otherwise ends the options just the same.
     if (result == 0 && header->hwndParent)
