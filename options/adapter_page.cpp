@@ -129,18 +129,8 @@ BOOL FillAdapterPage(HWND page)
 
 INT_PTR CALLBACK AdapterPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    switch (message) {
-    case WM_INITDIALOG:
+    if (message == WM_INITDIALOG)
         return FillAdapterPage(page);
-    case WM_PAINT:
-        DrawOptionsHeaderLine(page);
-        return TRUE;
-    case WM_CTLCOLORSTATIC:
-        return OptionsHeaderColor(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
-    case WM_NOTIFY:
-        if (reinterpret_cast<NMHDR *>(lParam)->code == (UINT)PSN_APPLY)
-            return CloseOptionsSheet(page);
-        break;
-    }
-    return FALSE;
+    INT_PTR result;
+    return HandleSheetPageMessage(page, message, wParam, lParam, &result) ? result : FALSE;
 }

@@ -172,11 +172,6 @@ INT_PTR CALLBACK OptionsPageProc(HWND page, UINT message, WPARAM wParam, LPARAM 
     case WM_INITDIALOG:
         InitOptionsPage(page);
         return TRUE;
-    case WM_PAINT:
-        DrawOptionsHeaderLine(page);
-        return TRUE;
-    case WM_CTLCOLORSTATIC:
-        return OptionsHeaderColor(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
     case WM_COMMAND:
         if (LOWORD(wParam) == IDC_OPT_DELETE_ALL) {
             DeleteAllLogs(page);
@@ -187,16 +182,13 @@ INT_PTR CALLBACK OptionsPageProc(HWND page, UINT message, WPARAM wParam, LPARAM 
             return TRUE;
         }
         break;
-    case WM_NOTIFY: {
-        UINT code = reinterpret_cast<NMHDR *>(lParam)->code;
-        if (code == (UINT)PSN_KILLACTIVE) {
+    case WM_NOTIFY:
+        if (reinterpret_cast<NMHDR *>(lParam)->code == (UINT)PSN_KILLACTIVE) {
             SaveOptionsPage(page);
             return FALSE;   // the page may be left
         }
-        if (code == (UINT)PSN_APPLY)
-            return CloseOptionsSheet(page);
         break;
     }
-    }
-    return FALSE;
+    INT_PTR result;
+    return HandleSheetPageMessage(page, message, wParam, lParam, &result) ? result : FALSE;
 }

@@ -57,7 +57,7 @@ void AddListColumn(HWND list, int index, LPCWSTR title, int width)
     ListView_InsertColumn(list, index, &column);
 }
 
-INT_PTR OptionsHeaderColor(HDC dc, HWND control)
+static INT_PTR OptionsHeaderColor(HDC dc, HWND control)
 {
     if (GetDlgCtrlID(control) != IDC_OPT_HEADER)
         return 0;
@@ -68,7 +68,7 @@ INT_PTR OptionsHeaderColor(HDC dc, HWND control)
 }
 
 // The device's pages underline their header on a portrait screen only.
-void DrawOptionsHeaderLine(HWND page)
+static void DrawOptionsHeaderLine(HWND page)
 {
     PAINTSTRUCT ps;
     HDC dc = BeginPaint(page, &ps);
@@ -81,11 +81,31 @@ void DrawOptionsHeaderLine(HWND page)
     EndPaint(page, &ps);
 }
 
-INT_PTR CloseOptionsSheet(HWND page)
+static INT_PTR CloseOptionsSheet(HWND page)
 {
     platform::DestroyPropertySheet(GetParent(page));
     PostMessageW(g_optionsDialog, WM_COMMAND, IDOK, 0);
     return TRUE;
+}
+
+bool HandleSheetPageMessage(HWND page, UINT message, WPARAM wParam, LPARAM lParam, INT_PTR *result)
+{
+    switch (message) {
+    case WM_PAINT:
+        DrawOptionsHeaderLine(page);
+        *result = TRUE;
+        return true;
+    case WM_CTLCOLORSTATIC:
+        *result = OptionsHeaderColor(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
+        return true;
+    case WM_NOTIFY:
+        if (reinterpret_cast<NMHDR *>(lParam)->code == (UINT)PSN_APPLY) {
+            *result = CloseOptionsSheet(page);
+            return true;
+        }
+        break;
+    }
+    return false;
 }
 
 // The Today settings' own dialog becomes a full-screen page behind the sheet;

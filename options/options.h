@@ -15,11 +15,10 @@ INT_PTR CALLBACK OptionsPageProc(HWND page, UINT message, WPARAM wParam, LPARAM 
 INT_PTR CALLBACK AboutPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam);
 int CALLBACK OptionsSheetCallback(HWND sheet, UINT message, LPARAM lParam);
 
-// What the pages share: the header's colours, the line under it, and the
-// close of the sheet and the options dialog on apply.
-INT_PTR OptionsHeaderColor(HDC dc, HWND control);
-void DrawOptionsHeaderLine(HWND page);
-INT_PTR CloseOptionsSheet(HWND page);
+// What every page does alike: the header blue on white, the line under it
+// on a portrait screen, and on apply the close of the sheet and the options
+// dialog. True when the message was one of these; *result is then the answer.
+bool HandleSheetPageMessage(HWND page, UINT message, WPARAM wParam, LPARAM lParam, INT_PTR *result);
 // A left-aligned report column.
 void AddListColumn(HWND list, int index, LPCWSTR title, int width);
 
