@@ -3,21 +3,30 @@
 #include "platform/platform.h"
 
 // The tick's last snapshot of the screen under the icon is put back where the
-// icon stands now; the next tick draws it at whatever xLocation says then.
+// icon stands now, and the taskbar is asked to paint that square again: from
+// its second tick on the snapshot holds the icon itself, so only the
+// taskbar's own paint really clears it. The next tick draws the icon at
+// whatever xLocation says then.
 void EraseTaskbarIcon()
 {
-    if (!g_item.iconBackground)
-        return;
     int s = IsHiResScreen() ? 2 : 1, side = 16 * s;
-    HDC screen = platform::GetDC(nullptr);
-    if (!screen)
-        return;
-    HDC memory = CreateCompatibleDC(screen);
-    if (memory) {
-        HGDIOBJ old = SelectObject(memory, g_item.iconBackground);
-        BitBlt(screen, (int)g_item.xLocation, 5 * s, side, side, memory, 0, 0, SRCCOPY);
-        SelectObject(memory, old);
-        DeleteDC(memory);
+    RECT square = {(LONG)g_item.xLocation, 5 * s, (LONG)g_item.xLocation + side, 5 * s + side};
+    if (g_item.iconBackground) {
+        HDC screen = platform::GetDC(nullptr);
+        if (screen) {
+            HDC memory = CreateCompatibleDC(screen);
+            if (memory) {
+                HGDIOBJ old = SelectObject(memory, g_item.iconBackground);
+                BitBlt(screen, square.left, square.top, side, side, memory, 0, 0, SRCCOPY);
+                SelectObject(memory, old);
+                DeleteDC(memory);
+            }
+            platform::ReleaseDC(nullptr, screen);
+        }
     }
-    platform::ReleaseDC(nullptr, screen);
+    // The taskbar lies at the top left of the device screen, so the square's
+    // screen place is its place in the taskbar too.
+    HWND taskbar = platform::FindWindowW(L"HHTaskBar", nullptr);
+    if (taskbar)
+        InvalidateRect(taskbar, &square, TRUE);
 }

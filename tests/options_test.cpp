@@ -163,6 +163,9 @@ TEST_F(OptionsPages, AMovedIconIsErasedAtItsOldPlaceAndDrawnAtTheNewOne)
     HBRUSH green = CreateSolidBrush(RGB(0, 128, 0));
     FillRect(screen, &bar, green);
     DeleteObject(green);
+    fake::g_device.taskbar = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 240, 26, nullptr,
+                                             nullptr, nullptr, nullptr);
+    ValidateRect(fake::g_device.taskbar, nullptr);
     g_item.xLocation = 100;
     g_item.sampleCount = 0;   // primed: the next tick draws
     OnTick(nullptr);
@@ -175,6 +178,14 @@ TEST_F(OptionsPages, AMovedIconIsErasedAtItsOldPlaceAndDrawnAtTheNewOne)
     for (int y = 5; y < 21; y++)
         for (int x = 100; x < 116; x++)
             ASSERT_EQ(RGB(0, 128, 0), fake::ScreenPixel(x, y)) << x << "," << y;
+    // The taskbar is asked to paint the old square again.
+    RECT update = {};
+    ASSERT_TRUE(GetUpdateRect(fake::g_device.taskbar, &update, FALSE));
+    EXPECT_EQ(100, update.left);
+    EXPECT_EQ(5, update.top);
+    EXPECT_EQ(116, update.right);
+    EXPECT_EQ(21, update.bottom);
+    DestroyWindow(fake::g_device.taskbar);
     OnTick(nullptr);
     EXPECT_EQ(drawn, fake::ScreenPixel(28, 12));
     EXPECT_EQ(RGB(0, 128, 0), fake::ScreenPixel(108, 12));

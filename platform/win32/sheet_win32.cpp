@@ -30,7 +30,7 @@ RECT DeviceArea()
 PFNPROPSHEETCALLBACK g_sheetCallback;
 
 // The device's maximised sheet covers the screen under the taskbar, pages
-// full size, with OK as its only button. Laid out so before the first page
+// full size, with OK as its only button. Laid out before the first page
 // is made, so every page takes the tab control's new size.
 void LayOutAsDevice(HWND sheet)
 {
