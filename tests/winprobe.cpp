@@ -1,9 +1,11 @@
 // winprobe.cpp: reads another Wine program's windows from outside, for end-to-end tests that drive dialogs.
 //
 //   winprobe.exe wait "TITLE" SECONDS   a visible top-level window whose title contains TITLE: "hwnd x y w h"
+//   winprobe.exe client "TITLE"         where its client area starts on the screen: "x y"
 //   winprobe.exe list "TITLE"           its child controls: "id<TAB>class<TAB>x y w h<TAB>text"
 //   winprobe.exe text "TITLE" ID        the text of one control
 //   winprobe.exe items "TITLE" ID       the rows of a list view (columns joined by TAB), list box or combo box
+//   winprobe.exe close "TITLE"          asks the window to close (WM_CLOSE), as the system does at shut-down
 //
 // TITLE "class:NAME" finds the window by its class instead ("class:#32770"
 // for a dialog, since the tools' dialogs have no title).
@@ -192,7 +194,7 @@ void StringRows(HWND control, UINT countMessage, UINT lengthMessage, UINT textMe
 
 int Usage()
 {
-    fprintf(stderr, "usage: winprobe wait TITLE SECONDS | list TITLE | text TITLE ID | items TITLE ID\n");
+    fprintf(stderr, "usage: winprobe wait TITLE SECONDS | list TITLE | text TITLE ID | items TITLE ID | client TITLE | close TITLE\n");
     return 2;
 }
 
@@ -229,6 +231,16 @@ int main(int argc, char **argv)
         fprintf(stderr, "winprobe: no window titled \"%s\"\n", argv[2]);
         return 1;
     }
+    if (command == "client") {
+        POINT origin = {0, 0};
+        ClientToScreen(top, &origin);
+        WCHAR text[32];
+        swprintf(text, 32, L"%ld %ld", origin.x, origin.y);
+        Print(text);
+        return 0;
+    }
+    if (command == "close")
+        return PostMessageW(top, WM_CLOSE, 0, 0) ? 0 : 1;
     if (command == "list") {
         EnumChildWindows(top, ListChild, 0);
         return 0;
