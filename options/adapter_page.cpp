@@ -9,7 +9,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-LPCWSTR AdapterTypeText(DWORD type)
+static LPCWSTR AdapterTypeText(DWORD type)
 {
     switch (type) {
     case 1: return L"other";
@@ -24,7 +24,7 @@ LPCWSTR AdapterTypeText(DWORD type)
 }
 
 // Megabits are counted in 16 bits, as the device's own page does.
-void FormatAdapterSpeed(DWORD speed, LPWSTR text, size_t size)
+static void FormatAdapterSpeed(DWORD speed, LPWSTR text, size_t size)
 {
     if (speed < 1000000)
         FormatText(text, size, L"%d bps", (int)speed);
@@ -90,7 +90,7 @@ static void AddPropertyRows(HWND list, const IP_ADAPTER_INFO *adapter)
 
 // The page shows the adapter the item monitors, chosen by the same rule as
 // the tick's (the first Ethernet-type adapter), and offers no other.
-BOOL FillAdapterPage(HWND page)
+static BOOL FillAdapterPage(HWND page)
 {
     HWND combo = GetDlgItem(page, IDC_OPT_ADAPTER);
     HWND list = GetDlgItem(page, IDC_OPT_ADAPTER_ROWS);

@@ -20,7 +20,7 @@ static bool IsDigit(WCHAR c)
 
 // A log's name starts with four digits of year and two of month; what
 // follows them is not looked at, so a copy such as 200611-copy.log counts.
-bool ParseLogName(LPCWSTR name, LPWSTR year, LPWSTR month)
+static bool ParseLogName(LPCWSTR name, LPWSTR year, LPWSTR month)
 {
     for (int i = 0; i < 6; i++) {
         if (!IsDigit(name[i]))
@@ -45,7 +45,7 @@ static void LogPattern(LPWSTR pattern, size_t size)
 
 // A failed search leaves the rows as they are, also the row of a log that
 // was just deleted.
-void FillLogList(HWND list)
+static void FillLogList(HWND list)
 {
     WCHAR pattern[MAX_PATH + 8];
     LogPattern(pattern, MAX_PATH + 8);
@@ -138,7 +138,7 @@ static void DeleteSelectedLog(HWND page)
 
 // Leaving the page saves it. A moved icon is first taken off the screen at
 // its old place; the next tick draws it at the new one.
-void SaveOptionsPage(HWND page)
+static void SaveOptionsPage(HWND page)
 {
     WCHAR text[4] = L"";
     GetDlgItemTextW(page, IDC_OPT_XLOCATION, text, 4);

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <windows.h>
-#include <stddef.h>
 
 // The options dialog the Today settings opened; the pages close it.
 extern HWND g_optionsDialog;
@@ -21,13 +20,3 @@ int CALLBACK OptionsSheetCallback(HWND sheet, UINT message, LPARAM lParam);
 bool HandleSheetPageMessage(HWND page, UINT message, WPARAM wParam, LPARAM lParam, INT_PTR *result);
 // A left-aligned report column.
 void AddListColumn(HWND list, int index, LPCWSTR title, int width);
-
-// The "Options" page's parts.
-bool ParseLogName(LPCWSTR name, LPWSTR year, LPWSTR month);
-void FillLogList(HWND list);
-void SaveOptionsPage(HWND page);
-
-// The "Adapter" page's parts.
-LPCWSTR AdapterTypeText(DWORD type);
-void FormatAdapterSpeed(DWORD speed, LPWSTR text, size_t size);
-BOOL FillAdapterPage(HWND page);
