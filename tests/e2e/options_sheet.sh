@@ -1,7 +1,7 @@
 #!/bin/sh
 # options_sheet.sh: the host's "Options..." opens the sheet; a user moves the taskbar icon and picks
 # military hours; the registry, the taskbar and the usage table follow.
-# Usage: sh options_sheet.sh BUILD_DIR
+# Usage: sh options_sheet.sh BUILD_DIR  (OPTIONS_SHOT=FILE keeps the last screen)
 #
 # Clicked with xdotool as a user would, with winprobe telling where the
 # controls are. The log has traffic at 01 and 13 o'clock today: in military
@@ -116,7 +116,7 @@ click $(($2 + 31 + 12)) $(($3 + 43 + 12))             # the table icon
 wait "$HOST"
 HOST=""
 [ -f "$OUT/after.png" ] || fail "no screenshot"
-cp "$OUT/after.png" "${OPTIONS_SHOT:-/dev/null}" 2>/dev/null
+[ -n "${OPTIONS_SHOT:-}" ] && cp "$OUT/after.png" "$OPTIONS_SHOT"
 
 python3 - "$OUT/after.png" "$ART" $SX $SY $(cat "$OUT/dialog.txt") <<'PY' || fail "the screen does not show the new settings"
 import sys
@@ -149,7 +149,6 @@ height = max(len(b) for b in bands)
 cut = left + (right - left) * 45 // 100
 ends = set(tuple(dark(x, b[0] + y) for y in range(height) for x in range(cut, right + 1)) for b in bands)
 assert len(ends) == 1, ("the hour labels do not all end alike: not military hours", [b[0] for b in bands], left, right)
-rows = bands
-print("options_sheet: icon at 100 (%d pixels), %d hour rows in military format" % (new, len(rows)))
+print("options_sheet: icon at 100 (%d pixels), %d hour rows in military format" % (new, len(bands)))
 PY
 echo "options_sheet: ok"
