@@ -304,7 +304,7 @@ protected:
         AddAdapter("WLAN1", 71, 2);
         fake::Adapter &a = AddAdapter("NE20001", MIB_IF_TYPE_ETHERNET, 3);
         a.description = "NE2000 Compatible";
-        a.ipAddress = "192.168.1.34";
+        a.ip = "192.168.1.34";
         a.mac = {0x00, 0x0a, 0xf5, 0x1b, 0x2c, 0x3d};
         a.dhcpServer = "192.168.1.1";
         a.speed = 11000000;
@@ -348,7 +348,7 @@ TEST_F(AdapterPage, SpeedInBitsOrMegabits)
 TEST_F(AdapterPage, RowsCarryTheValueBeforeThemOver)
 {
     fake::Adapter &card = AddCard();
-    card.dhcpEnabled = 0;
+    card.dhcpOff = true;
     Open(IDD_OPT_ADAPTER, AdapterPageProc);
     EXPECT_EQ(L"DHCP Server|00:0A:F5:1B:2C:3D", Rows(IDC_OPT_ADAPTER_ROWS).back());
 

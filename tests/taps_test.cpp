@@ -1,6 +1,7 @@
 // taps_test.cpp: the strip's hit test, the landscape templates and what a tap launches.
 #include "tests/support.h"
 
+#include "adapters/adapters.h"
 #include "charts/charts.h"
 #include "item/strip.h"
 #include "resources/resource.h"
@@ -105,8 +106,10 @@ TEST_F(TapTest, EachTapOpensItsDialogOrApplet)
         {240, 320, 69, 4, IDD_USAGE},         {320, 240, 85, 20, IDD_USAGE_WIDE}, {480, 480, 138, 36, IDD_USAGE_WIDE},
         {480, 640, 170, 4, IDD_USAGE},
         // Tools not built yet: nothing.
-        {240, 320, 50, 10, 0}, {240, 320, 145, 10, 0}, {240, 320, 164, 10, 0}, {240, 320, 88, 10, 0},
-        {240, 320, 107, 10, 0}, {240, 320, 183, 10, 0}, {240, 320, 126, 10, 0},
+        {240, 320, 88, 10, IDD_DHCP},         {320, 240, 104, 20, IDD_DHCP},      {240, 320, 126, 10, IDD_ADAPTER},
+        {320, 240, 142, 20, IDD_ADAPTER_WIDE},
+        {240, 320, 50, 10, 0}, {240, 320, 145, 10, 0}, {240, 320, 164, 10, 0},
+        {240, 320, 107, 10, 0}, {240, 320, 183, 10, 0},
         {240, 320, 202, 4, 0, L"cplmain.cpl,17"}, {240, 320, 237, 20, 0, L"cplmain.cpl,19"},
         {480, 640, 404, 36, 0, L"cplmain.cpl,17"}, {480, 640, 474, 4, 0, L"cplmain.cpl,19"},
         {480, 640, 475, 4, 0},
@@ -122,7 +125,11 @@ TEST_F(TapTest, EachTapOpensItsDialogOrApplet)
         if (c.tpl) {
             EXPECT_EQ(c.tpl, LastTemplate());
             EXPECT_EQ(item_, g_device.dialogs[0].owner);
-            EXPECT_EQ(c.tpl == IDD_LIVEGRAPH ? (DLGPROC)LiveGraphDlgProc : (DLGPROC)UsageDlgProc, g_device.dialogs[0].proc);
+            DLGPROC proc = c.tpl == IDD_LIVEGRAPH ? (DLGPROC)LiveGraphDlgProc
+                           : c.tpl == IDD_DHCP   ? (DLGPROC)DhcpDlgProc
+                           : c.tpl == IDD_ADAPTER || c.tpl == IDD_ADAPTER_WIDE ? (DLGPROC)AdapterDetailsDlgProc
+                                                 : (DLGPROC)UsageDlgProc;
+            EXPECT_EQ(proc, g_device.dialogs[0].proc);
         }
         if (c.applet) {
             EXPECT_EQ(L"\\Windows\\ctlpnl.exe", g_device.processes[0].application);

@@ -92,7 +92,14 @@ void LogTraffic(HWND owner, DWORD received, DWORD transmitted)
             fresh.hour = (signed char)now.wHour;
             fresh.received = received;
             fresh.transmitted = transmitted;
-            WriteFile(file, &fresh, sizeof fresh, &written, nullptr);
+            // A full disk may take part of the record: cut it off again, or
+            // it would misalign every record appended after it.
+            if (!WriteFile(file, &fresh, sizeof fresh, &written, nullptr) || written != sizeof fresh) {
+                if (written > 0 && written < sizeof fresh) {
+                    SetFilePointer(file, -(LONG)written, nullptr, FILE_CURRENT);
+                    SetEndOfFile(file);
+                }
+            }
             break;
         }
     }

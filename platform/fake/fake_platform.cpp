@@ -1,5 +1,6 @@
 // fake_platform.cpp: a device whose every answer a test sets.
 #include "platform/fake/fake.h"
+#include "platform/fake/fake_net.h"
 #include "platform/fake/fake_sheet.h"
 #include "platform/fake/fake_shell.h"
 #include "platform/fake/fake_wireless.h"
@@ -101,6 +102,7 @@ void Reset(const std::wstring &root)
     g_device.dialogAnswer = IDOK;
     ResetWireless();
     ResetShell();
+    ResetNet();
     ResetSheets();
 }
 
@@ -238,17 +240,11 @@ DWORD GetAdaptersInfo(PIP_ADAPTER_INFO info, PULONG size)
         IP_ADAPTER_INFO &r = info[i];
         r.Next = i + 1 < g_device.adapters.size() ? &info[i + 1] : nullptr;
         lstrcpynA(r.AdapterName, a.name.c_str(), sizeof r.AdapterName);
-        lstrcpynA(r.Description, (a.description.empty() ? a.name : a.description).c_str(), sizeof r.Description);
+        lstrcpynA(r.Description, a.name.c_str(), sizeof r.Description);
         r.Type = a.type;
         r.Index = a.index;
-        r.DhcpEnabled = a.dhcpEnabled;
-        // The options sheet's details; the current address as the device gives it.
-        lstrcpynA(r.IpAddressList.IpAddress.String, a.ipAddress.c_str(), sizeof r.IpAddressList.IpAddress.String);
-        if (!a.ipAddress.empty())
-            r.CurrentIpAddress = &r.IpAddressList;
-        r.AddressLength = (UINT)(a.mac.size() < MAX_ADAPTER_ADDRESS_LENGTH ? a.mac.size() : MAX_ADAPTER_ADDRESS_LENGTH);
-        memcpy(r.Address, a.mac.data(), r.AddressLength);
-        lstrcpynA(r.DhcpServer.IpAddress.String, a.dhcpServer.c_str(), sizeof r.DhcpServer.IpAddress.String);
+        r.DhcpEnabled = 1;
+        fake::FillAddressing(a, r);
     }
     return NO_ERROR;
 }
@@ -281,10 +277,10 @@ DWORD GetIfEntry(PMIB_IFROW row)
         return ERROR_NOT_SUPPORTED;
     for (const fake::Adapter &a : g_device.adapters) {
         if (a.index == row->dwIndex) {
-            row->dwType = a.type;
+            row->dwType = a.ifType ? a.ifType : a.type;
+            row->dwSpeed = a.speed;
             row->dwInOctets = a.inOctets;
             row->dwOutOctets = a.outOctets;
-            row->dwSpeed = a.speed;
             return NO_ERROR;
         }
     }
