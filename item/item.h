@@ -87,6 +87,9 @@ bool ReadInterfaceCounters(DWORD *transmitted, DWORD *received);
 int SignalBand(int dbm);
 int TaskbarIconId();
 
+// The options page's move of the taskbar icon (taskicon.cpp).
+void EraseTaskbarIcon();
+
 extern "C" {
 HWND WINAPI InitializeCustomItem(TODAYLISTITEM *item, HWND parent);
 INT_PTR WINAPI CustomItemOptionsDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

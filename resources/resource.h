@@ -182,3 +182,16 @@
 #define IDC_INTRUDER_PROGRESS    1091
 #define IDC_INTRUDER_EXPORT      1090
 #define IDC_INTRUDER_DETECT      1085
+
+// Options sheet (IDD_OPT_ADAPTER, IDD_OPT_OPTIONS, IDD_OPT_ABOUT above): page controls.
+#define IDC_OPT_HEADER         1000
+#define IDC_OPT_TASKBAR_ICON   1074
+#define IDC_OPT_XLOCATION      1081
+#define IDC_OPT_XSPIN          1032
+#define IDC_OPT_AMPM           1075
+#define IDC_OPT_MILITARY       1076
+#define IDC_OPT_LOGS           1080
+#define IDC_OPT_DELETE_ALL     1077
+#define IDC_OPT_DELETE         1079
+#define IDC_OPT_ADAPTER        1007
+#define IDC_OPT_ADAPTER_ROWS   1011

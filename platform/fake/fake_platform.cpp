@@ -2,6 +2,7 @@
 #include "platform/fake/fake.h"
 #include "platform/fake/fake_lan.h"
 #include "platform/fake/fake_net.h"
+#include "platform/fake/fake_sheet.h"
 #include "platform/fake/fake_shell.h"
 #include "platform/fake/fake_wireless.h"
 
@@ -104,6 +105,7 @@ void Reset(const std::wstring &root)
     ResetShell();
     ResetNet();
     ResetLan();
+    ResetSheets();
 }
 
 COLORREF ScreenPixel(int x, int y)

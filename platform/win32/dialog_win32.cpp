@@ -146,6 +146,31 @@ INT_PTR CALLBACK DeviceDialogProc(HWND dialog, UINT message, WPARAM wParam, LPAR
 
 } // namespace
 
+BYTE *CopyTemplateAtDeviceDpi(LPCDLGTEMPLATE dialogTemplate)
+{
+    WORD *pointSize;
+    const WCHAR *face;
+    BYTE *base = const_cast<BYTE *>(reinterpret_cast<const BYTE *>(dialogTemplate));
+    size_t size = WalkTemplate(base, &pointSize, &face, nullptr);
+    if (!pointSize || !*pointSize)
+        return nullptr;
+    BYTE *copy = static_cast<BYTE *>(malloc(size));
+    if (!copy)
+        return nullptr;
+    memcpy(copy, base, size);
+    // Twice the font gives not quite twice the dialog unit; the
+    // coordinates make up the rest, so the layout is doubled exactly.
+    double x1, y1, x2, y2;
+    BaseUnits(face, *pointSize, &x1, &y1);
+    BaseUnits(face, *pointSize * 2, &x2, &y2);
+    double scale[2] = {x2 > 0 ? 2 * x1 / x2 : 1.0, y2 > 0 ? 2 * y1 / y2 : 1.0};
+    WORD *copiedSize;
+    const WCHAR *copiedFace;
+    WalkTemplate(copy, &copiedSize, &copiedFace, scale);
+    *copiedSize = static_cast<WORD>(*copiedSize * 2);
+    return copy;
+}
+
 INT_PTR RunDeviceDialog(HWND screen, bool hiRes, HINSTANCE instance, LPCDLGTEMPLATE dialogTemplate,
                         HWND owner, DLGPROC proc, LPARAM param)
 {
@@ -155,30 +180,8 @@ INT_PTR RunDeviceDialog(HWND screen, bool hiRes, HINSTANCE instance, LPCDLGTEMPL
     // A hi-res device runs at 192 dpi, where a dialog unit is twice as many
     // pixels: a copy of the template with its font at twice the size lays the
     // dialog out the same way here.
-    BYTE *copy = nullptr;
-    LPCDLGTEMPLATE used = dialogTemplate;
-    if (hiRes) {
-        WORD *pointSize;
-        const WCHAR *face;
-        BYTE *base = const_cast<BYTE *>(reinterpret_cast<const BYTE *>(dialogTemplate));
-        size_t size = WalkTemplate(base, &pointSize, &face, nullptr);
-        if (pointSize && *pointSize)
-            copy = static_cast<BYTE *>(malloc(size));
-        if (copy) {
-            memcpy(copy, base, size);
-            // Twice the font gives not quite twice the dialog unit; the
-            // coordinates make up the rest, so the layout is doubled exactly.
-            double x1, y1, x2, y2;
-            BaseUnits(face, *pointSize, &x1, &y1);
-            BaseUnits(face, *pointSize * 2, &x2, &y2);
-            double scale[2] = {x2 > 0 ? 2 * x1 / x2 : 1.0, y2 > 0 ? 2 * y1 / y2 : 1.0};
-            WORD *copiedSize;
-            const WCHAR *copiedFace;
-            WalkTemplate(copy, &copiedSize, &copiedFace, scale);
-            *copiedSize = static_cast<WORD>(*copiedSize * 2);
-            used = reinterpret_cast<LPCDLGTEMPLATE>(copy);
-        }
-    }
+    BYTE *copy = hiRes ? CopyTemplateAtDeviceDpi(dialogTemplate) : nullptr;
+    LPCDLGTEMPLATE used = copy ? reinterpret_cast<LPCDLGTEMPLATE>(copy) : dialogTemplate;
 
     DLGPROC outerProc = t_pendingProc;
     HWND outerScreen = t_screen;

@@ -10,4 +10,7 @@
 // out at the device's 192 dpi.
 INT_PTR RunDeviceDialog(HWND screen, bool hiRes, HINSTANCE instance, LPCDLGTEMPLATE dialogTemplate,
                         HWND owner, DLGPROC proc, LPARAM param);
+// A copy of a template laid out as at the device's 192 dpi (malloc'ed; null
+// when it has no font of its own or memory is short).
+BYTE *CopyTemplateAtDeviceDpi(LPCDLGTEMPLATE dialogTemplate);
 #endif
