@@ -75,13 +75,15 @@ protected:
 // by hand. March: the reads go in 12-byte steps from the start, so the cut
 // record swallows the first 7 bytes of (3, 2): day 3 reads received
 // 0x00020310 and transmitted 0x0003E800; what follows lands in slot 0 (day
-// bytes 0), which no view shows, and day 31 is lost until repaired.
+// bytes 0), which no view shows, and day 31 is lost until repaired. The
+// month's total is the CSV export's: it takes those two day-0 reads
+// (received 0x00171F00, transmitted 0x500 each) as well.
 TEST_F(Qvlog, SummariesAgainstFiguresWorkedByHand)
 {
     const char *day1 = "\"2026-03-01\",\"407\",\"608\",\"1015\"";
     const char *day2 = "\"2026-03-02\",\"4294967000\",\"50\",\"4294967050\"";
     const char *day3 = "\"2026-03-03\",\"131856\",\"256000\",\"387856\"";
-    const char *march = "\"2026-03\",\"4295099263\",\"256658\",\"4295355921\"";
+    const char *march = "\"2026-03\",\"4298129791\",\"259218\",\"4298389009\"";
     const char *february = "\"2026-02\",\"4294968295\",\"2001\",\"4294970296\"";
     struct {
         std::vector<std::string> words;
@@ -102,10 +104,10 @@ TEST_F(Qvlog, SummariesAgainstFiguresWorkedByHand)
           "\"2026-03-01\",\"107\",\"208\",\"315\""},
          25},
         {{"months", "2026", "--csv"},
-         {"\"2026-01\",\"0\",\"0\",\"0\"", february, march, "\"2026\",\"8590067558\",\"258659\",\"8590326217\""},
+         {"\"2026-01\",\"0\",\"0\",\"0\"", february, march, "\"2026\",\"8593098086\",\"261219\",\"8593359305\""},
          13},
         {{"--csv"}, {day1, march, february, "\"2026-01\",\"0\",\"0\",\"0\"",
-                     "\"total\",\"8590067558\",\"258659\",\"8590326217\""}, 5},
+                     "\"total\",\"8593098086\",\"261219\",\"8593359305\""}, 5},
         {{"days", "2026-03", "--top", "2", "--csv"}, {day2, day3, march}, 3},
     };
     for (auto &c : cases) {
@@ -114,7 +116,7 @@ TEST_F(Qvlog, SummariesAgainstFiguresWorkedByHand)
         // March is damaged: the figures come with a warning and status 1.
         bool damaged = c.words[0] != "days" || c.words[1] != "2026-02";
         EXPECT_EQ(damaged ? QVLOG_DAMAGED : QVLOG_OK, r.status) << what << r.err;
-        EXPECT_EQ(damaged, r.err.find("202603.log: damaged (cut record at byte 48, 1 duplicate hours)") !=
+        EXPECT_EQ(damaged, r.err.find("202603.log: damaged (cut record at byte 48, 1 duplicate hour)") !=
                                std::string::npos) << what << r.err;
         size_t at = 0;
         for (auto &line : c.lines) {
@@ -158,7 +160,7 @@ TEST_F(Qvlog, JsonParsesAndHoldsTheFigures)
     char line[512] = "";
     fgets(line, sizeof line, p);
     EXPECT_EQ(0, pclose(p)) << r.out;
-    EXPECT_STREQ("days True 31 2026-03-01 407 608 1015 4294967000 2026-03 4295099263 4295355921 True\n", line)
+    EXPECT_STREQ("days True 31 2026-03-01 407 608 1015 4294967000 2026-03 4298129791 4298389009 True\n", line)
         << r.out;
 }
 
@@ -178,16 +180,16 @@ TEST_F(Qvlog, CheckReportsEachFaultAndItsStatus)
         {"202602.log", 0, {"202602.log: 24 bytes, 2 records: sound"}},
         {"202603.log", 1,
          {"202603.log: 77 bytes, 6 records: damaged",
-          "  cut record: 5 bytes at byte 48; the 2 records after it are out of step by 5 bytes",
-          "  duplicate hours: 1 records (day 1 hour 5 at byte 36)",
-          "  out of order: 1 records (day 1 hour 5 at byte 36); the clock went back, the readers do not mind"}},
+          "  cut record: 5 bytes at byte 48; 2 records after it are out of step by 5 bytes",
+          "  duplicate hours: 1 record (day 1 hour 5 at byte 36)",
+          "  out of order: 1 record (day 1 hour 5 at byte 36); the clock went back, the readers do not mind"}},
         {"202604.log", 0,
          {"202604.log: 24 bytes, 2 records: sound",
-          "  out of order: 1 records (day 1 hour 1 at byte 12); the clock went back, the readers do not mind"}},
+          "  out of order: 1 record (day 1 hour 1 at byte 12); the clock went back, the readers do not mind"}},
         {"202602x.log", 1,
          {"202602x.log: 36 bytes, 3 records: damaged", "  the name is not YYYYMM.log: days 1-31 are taken as valid",
-          "  out of range: 1 records (day 5 hour 24 at byte 24)",
-          "  out of order: 1 records (day 29 hour 3 at byte 12); the clock went back, the readers do not mind"}},
+          "  out of range: 1 record (day 5 hour 24 at byte 24)",
+          "  out of order: 1 record (day 29 hour 3 at byte 12); the clock went back, the readers do not mind"}},
         {"202605.log", 1, {"202605.log: empty: damaged"}},
         {"202606.log", 1, {"202606.log: cannot be read: a folder, not a log file"}},
         {"202607.log", 1, {"202607.log: cannot be read: no such file"}},
@@ -223,7 +225,7 @@ TEST_F(Qvlog, RepairRoundTrip)
 {
     Result r = Run({"repair", Path("202603.log")}, false);
     EXPECT_EQ(0, r.status) << r.err;
-    EXPECT_EQ(Path("202603.log") + ": 5 records kept, 1 duplicates added into their first, 0 invalid dropped, "
+    EXPECT_EQ(Path("202603.log") + ": 5 records kept, 1 duplicate added into their first, 0 invalid dropped, "
               "5 cut bytes dropped\n  written to " + Path("202603.log.repaired") + "\n", r.out);
     EXPECT_EQ(March2026(), Read("202603.log"));   // never in place unasked
     EXPECT_EQ(LogRecord(1, 0, 100, 200) + LogRecord(1, 5, 307, 408) + LogRecord(2, 10, 4294967000u, 50) +
@@ -238,8 +240,8 @@ TEST_F(Qvlog, RepairRoundTrip)
     LogBytes original = Read("202604.log");
     r = Run({"repair", "--in-place", Path("202604.log")}, false);
     EXPECT_EQ(0, r.status) << r.err;
-    EXPECT_NE(std::string::npos, r.out.find("2 records kept, 1 duplicates added into their first, 1 invalid dropped, "
-                                            "0 cut bytes dropped, 1 duplicates kept apart (their sum passes 2^32)"))
+    EXPECT_NE(std::string::npos, r.out.find("2 records kept, 1 duplicate added into their first, 1 invalid dropped, "
+                                            "0 cut bytes dropped, 1 duplicate kept apart (their sum passes 2^32)"))
         << r.out;
     EXPECT_EQ(original, Read("202604.log.bak"));
     // The two whose sum passes 2^32 stay apart, so the daily sum reads the same.

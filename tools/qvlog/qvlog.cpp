@@ -101,6 +101,12 @@ std::string Printf(const char *format, ...)
     return text;
 }
 
+// "1 record", "2 records".
+std::string Many(size_t n, const char *noun)
+{
+    return Printf("%lu %s%s", (unsigned long)n, noun, n == 1 ? "" : "s");
+}
+
 std::string ByteText(double value)
 {
     char text[64];
@@ -169,7 +175,29 @@ int Worse(int a, int b)
     return a > b ? a : b;
 }
 
-int MonthDays(const std::string &folder, int year, int month, std::vector<QvlogRow> *rows, FILE *err)
+// The month's total as the CSV export writes it for the whole month: every
+// record read in 12-byte steps (a cut tail over the record before it) up to
+// the month's last day, the first one from day 1 on. Only a damaged file
+// makes it differ from the sum of the days.
+void ExportTotal(const MonthFile &file, int year, int month, QvlogRow *total)
+{
+    total->received = total->transmitted = 0;
+    unsigned char record[TRAFFIC_RECORD_BYTES] = {0};
+    int last = DaysInMonth(year, month);
+    const std::vector<unsigned char> &bytes = file.bytes;
+    for (size_t at = 0; file.present && at < bytes.size(); at += TRAFFIC_RECORD_BYTES) {
+        memcpy(record, &bytes[at], std::min((size_t)TRAFFIC_RECORD_BYTES, bytes.size() - at));
+        TrafficLogFields f;
+        DecodeTrafficLogRecord(record, &f);
+        if (f.day > last || (at == 0 && f.day < 1))
+            continue;
+        total->received += f.received;
+        total->transmitted += f.transmitted;
+    }
+}
+
+int MonthDays(const std::string &folder, int year, int month, std::vector<QvlogRow> *rows, QvlogRow *total,
+              FILE *err)
 {
     MonthFile file;
     int status = LoadMonth(folder, year, month, &file, err);
@@ -180,6 +208,9 @@ int MonthDays(const std::string &folder, int year, int month, std::vector<QvlogR
         QvlogRow row = {DayLabel(year, month, d), Printf("%04d-%02d-%02d", year, month, d), rx[d], tx[d]};
         rows->push_back(row);
     }
+    total->label = MonthLabel(year, month);
+    total->period = Printf("%04d-%02d", year, month);
+    ExportTotal(file, year, month, total);
     return status;
 }
 
@@ -322,9 +353,9 @@ int Days(const Options &o, const std::string &folder, FILE *out, FILE *err)
     if (DateArgument(o, 2, "YYYY-MM", &date, err))
         return QVLOG_USAGE;
     std::vector<QvlogRow> rows;
-    int status = MonthDays(folder, date.year, date.month, &rows, err);
-    QvlogRow total = Sum(rows, "Total for " + MonthLabel(date.year, date.month),
-                         Printf("%04d-%02d", date.year, date.month));
+    QvlogRow total;
+    int status = MonthDays(folder, date.year, date.month, &rows, &total, err);
+    total.label = "Total for " + total.label;
     KeepTop(&rows, o.top);
     PrintRows(o, "Daily traffic for " + MonthLabel(date.year, date.month), "days", folder, rows, total, out);
     return status;
@@ -360,8 +391,9 @@ int Months(const Options &o, const std::string &folder, FILE *out, FILE *err)
     std::vector<QvlogRow> rows, days;
     int status = QVLOG_OK;
     for (int m = 1; m <= 12; m++) {
-        status = Worse(status, MonthDays(folder, date.year, m, &days, err));
-        rows.push_back(Sum(days, MonthLabel(date.year, m), Printf("%04d-%02d", date.year, m)));
+        QvlogRow month;
+        status = Worse(status, MonthDays(folder, date.year, m, &days, &month, err));
+        rows.push_back(month);
     }
     QvlogRow total = Sum(rows, Printf("Total for %04d", date.year), Printf("%04d", date.year));
     KeepTop(&rows, o.top);
@@ -382,11 +414,12 @@ int Summary(const Options &o, const std::string &folder, FILE *out, FILE *err)
     std::vector<QvlogRow> rows, days;
     int status = QVLOG_OK, year = o.year, month = o.month;
     for (int i = 0; i < kSummaryMonths; i++) {
-        status = Worse(status, MonthDays(folder, year, month, &days, err));
+        QvlogRow total;
+        status = Worse(status, MonthDays(folder, year, month, &days, &total, err));
         if (i == 0)
             rows.push_back(QvlogRow{"Today, " + DayLabel(year, month, o.day), days[o.day - 1].period,
                                     days[o.day - 1].received, days[o.day - 1].transmitted});
-        rows.push_back(Sum(days, MonthLabel(year, month), Printf("%04d-%02d", year, month)));
+        rows.push_back(total);
         if (--month == 0) {
             month = 12;
             if (--year == 0)
@@ -409,9 +442,9 @@ std::string Describe(const LogCheckReport &r)
     if (!r.cuts.empty())
         parts.push_back(Printf("cut record at byte %lu", (unsigned long)r.cuts[0].offset));
     if (!r.outOfRange.empty())
-        parts.push_back(Printf("%lu records out of range", (unsigned long)r.outOfRange.size()));
+        parts.push_back(Many(r.outOfRange.size(), "record") + " out of range");
     if (!r.duplicates.empty())
-        parts.push_back(Printf("%lu duplicate hours", (unsigned long)r.duplicates.size()));
+        parts.push_back(Many(r.duplicates.size(), "duplicate hour"));
     std::string text;
     for (size_t i = 0; i < parts.size(); i++)
         text += (i ? ", " : "") + parts[i];
@@ -460,27 +493,27 @@ int CheckOne(const std::string &path, FILE *out)
         fprintf(out, "%s: %s: damaged\n", path.c_str(), Describe(r).c_str());
         return QVLOG_DAMAGED;
     }
-    fprintf(out, "%s: %lu bytes, %lu records: %s\n", path.c_str(), (unsigned long)r.size,
-            (unsigned long)r.records.size(), sound ? "sound" : "damaged");
+    fprintf(out, "%s: %s, %s: %s\n", path.c_str(), Many(r.size, "byte").c_str(), Many(r.records.size(), "record").c_str(),
+            sound ? "sound" : "damaged");
     if (year == 0)
         fprintf(out, "  the name is not YYYYMM.log: days 1-31 are taken as valid\n");
     for (size_t i = 0; i < r.cuts.size(); i++) {
         size_t after = 0;
         for (size_t k = 0; k < r.records.size(); k++)
             after += r.records[k].offset > r.cuts[i].offset;
-        fprintf(out, "  cut record: %lu bytes at byte %lu; the %lu records after it are out of step by %lu bytes\n",
-                (unsigned long)r.cuts[i].length, (unsigned long)r.cuts[i].offset, (unsigned long)after,
-                (unsigned long)r.cuts[i].length);
+        fprintf(out, "  cut record: %s at byte %lu; %s after it %s out of step by %s\n",
+                Many(r.cuts[i].length, "byte").c_str(), (unsigned long)r.cuts[i].offset,
+                Many(after, "record").c_str(), after == 1 ? "is" : "are", Many(r.cuts[i].length, "byte").c_str());
     }
     if (!r.outOfRange.empty())
-        fprintf(out, "  out of range: %lu records (%s)\n", (unsigned long)r.outOfRange.size(),
+        fprintf(out, "  out of range: %s (%s)\n", Many(r.outOfRange.size(), "record").c_str(),
                 Examples(r, r.outOfRange).c_str());
     if (!r.duplicates.empty())
-        fprintf(out, "  duplicate hours: %lu records (%s)\n", (unsigned long)r.duplicates.size(),
+        fprintf(out, "  duplicate hours: %s (%s)\n", Many(r.duplicates.size(), "record").c_str(),
                 Examples(r, r.duplicates).c_str());
     if (!r.outOfOrder.empty())
-        fprintf(out, "  out of order: %lu records (%s); the clock went back, the readers do not mind\n",
-                (unsigned long)r.outOfOrder.size(), Examples(r, r.outOfOrder).c_str());
+        fprintf(out, "  out of order: %s (%s); the clock went back, the readers do not mind\n",
+                Many(r.outOfOrder.size(), "record").c_str(), Examples(r, r.outOfOrder).c_str());
     return sound ? QVLOG_OK : QVLOG_DAMAGED;
 }
 
@@ -551,12 +584,11 @@ int Repair(const Options &o, FILE *out, FILE *err)
                 o.inPlace ? "; the original is in the .bak file" : "");
         return QVLOG_DAMAGED;
     }
-    fprintf(out, "%s: %lu records kept, %lu duplicates added into their first, %lu invalid dropped, "
-                 "%lu cut bytes dropped",
-            path.c_str(), (unsigned long)counts.kept, (unsigned long)counts.merged, (unsigned long)counts.dropped,
-            (unsigned long)counts.cutBytes);
+    fprintf(out, "%s: %s kept, %s added into their first, %lu invalid dropped, %s dropped", path.c_str(),
+            Many(counts.kept, "record").c_str(), Many(counts.merged, "duplicate").c_str(),
+            (unsigned long)counts.dropped, Many(counts.cutBytes, "cut byte").c_str());
     if (counts.keptApart)
-        fprintf(out, ", %lu duplicates kept apart (their sum passes 2^32)", (unsigned long)counts.keptApart);
+        fprintf(out, ", %s kept apart (their sum passes 2^32)", Many(counts.keptApart, "duplicate").c_str());
     fprintf(out, "\n  written to %s%s\n", target.c_str(), o.inPlace ? (", the original kept as " + path + ".bak").c_str() : "");
     return QVLOG_OK;
 }
@@ -609,9 +641,10 @@ int ParseOptions(int argc, char **argv, Options *o, FILE *err)
 
 } // namespace
 
-int QvlogMonthDays(const std::string &folder, int year, int month, std::vector<QvlogRow> *rows, FILE *err)
+int QvlogMonthDays(const std::string &folder, int year, int month, std::vector<QvlogRow> *rows, QvlogRow *total,
+                   FILE *err)
 {
-    return MonthDays(folder, year, month, rows, err);
+    return MonthDays(folder, year, month, rows, total, err);
 }
 
 int RunQvlog(int argc, char **argv, FILE *out, FILE *err)

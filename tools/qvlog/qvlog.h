@@ -19,10 +19,12 @@ struct QvlogRow {
 };
 
 // The days of a month as the usage dialog's daily view holds them (slots
-// 1 to the month's length), read from `folder`. Returns QVLOG_OK,
+// 1 to the month's length), and its total as the CSV export's total row of
+// that whole month has it, read from `folder`. Returns QVLOG_OK,
 // QVLOG_DAMAGED when the file is not sound (the figures are still the
 // dialog's), or QVLOG_USAGE when it cannot be read; `err` gets why.
-int QvlogMonthDays(const std::string &folder, int year, int month, std::vector<QvlogRow> *rows, FILE *err);
+int QvlogMonthDays(const std::string &folder, int year, int month, std::vector<QvlogRow> *rows, QvlogRow *total,
+                   FILE *err);
 
 // Runs one command line (argv[0] is the program) and returns its exit status.
 int RunQvlog(int argc, char **argv, FILE *out, FILE *err);
