@@ -10,6 +10,7 @@
 #include "tools/qvlog/qvlog.h"
 #include "trafficlog/export.h"
 #include "trafficlog/reader.h"
+#include "trafficlog/trafficlog.h"
 
 namespace {
 
@@ -35,7 +36,7 @@ struct Result {
     std::string out, err;
 };
 
-Result Run(std::vector<std::string> words)
+Result Qvlog(std::vector<std::string> words)
 {
     words.insert(words.begin(), "qvlog");
     std::vector<char *> argv;
@@ -72,7 +73,9 @@ protected:
     }
     void Put(int year, int month, const LogBytes &bytes)
     {
-        WriteBytes(LogPath(year, month), Bytes(bytes.begin(), bytes.end()));
+        WCHAR path[MAX_PATH];
+        TrafficLogPath(year, month, path);
+        std::ofstream(std::filesystem::path(path), std::ios::binary).write((const char *)bytes.data(), bytes.size());
     }
     std::string dir_;
 };
@@ -98,7 +101,7 @@ TEST_F(QvlogAgrees, WithTheUsageDialogsSeries)
             ReadTrafficLog(HOURLY_MODE, m.year, m.month, d, tx, rx, &max);
             char date[16];
             snprintf(date, sizeof date, "%04d-%02d-%02d", m.year, m.month, d);
-            std::string out = Run({"hours", date, "--csv", "--dir", dir_}).out;
+            std::string out = Qvlog({"hours", date, "--csv", "--dir", dir_}).out;
             for (int h = 0; h < 24; h++) {
                 char line[128];
                 snprintf(line, sizeof line, "\"%sT%02d\",\"%.0f\",\"%.0f\",\"%.0f\"\n", date, h, rx[h], tx[h],
@@ -118,7 +121,7 @@ TEST_F(QvlogAgrees, WithTheCsvExport)
     for (auto m : kMonths) {
         char month[8];
         snprintf(month, sizeof month, "%04d-%02d", m.year, m.month);
-        Result r = Run({"days", month, "--dir", dir_});
+        Result r = Qvlog({"days", month, "--dir", dir_});
         EXPECT_EQ(m.month == 3 ? QVLOG_DAMAGED : QVLOG_OK, r.status) << r.err;
         std::string want = "\"Date\",\"Xmit\",\"Rcv\",\"Total\"\n";
         std::istringstream lines(r.out);
@@ -149,16 +152,16 @@ TEST_F(QvlogAgrees, WithTheCsvExport)
 TEST_F(QvlogAgrees, FindsTheFolderInTheItemsRegistryValue)
 {
     ASSERT_TRUE(WriteSettingString(L"InstallDir", g_item.dataFolder));
-    Result r = Run({"days", "2026-02", "--csv"});
+    Result r = Qvlog({"days", "2026-02", "--csv"});
     EXPECT_EQ(QVLOG_OK, r.status) << r.err;
     EXPECT_NE(std::string::npos, r.out.find("\"2026-02\",\"4294968295\",\"2001\",\"4294970296\"\n")) << r.out;
-    r = Run({"days", "2026-02", "--json"});
+    r = Qvlog({"days", "2026-02", "--json"});
     std::string escaped;
     for (char c : dir_)
         escaped += c == '\\' ? std::string("\\\\") : std::string(1, c);
     EXPECT_NE(std::string::npos, r.out.find("\"folder\": \"" + escaped + "\",")) << r.out;
     ASSERT_TRUE(WriteSettingString(L"InstallDir", (std::wstring(g_item.dataFolder) + L"\\missing").c_str()));
-    r = Run({"days"});
+    r = Qvlog({"days"});
     EXPECT_EQ(QVLOG_USAGE, r.status);
     EXPECT_NE(std::string::npos, r.err.find("missing: no such folder")) << r.err;
 }
@@ -182,7 +185,7 @@ TEST_F(QvlogAgrees, OnTheLogsInQvlogLogDir)
         months++;
         char period[8];
         snprintf(period, sizeof period, "%04d-%02d", year, month);
-        Result r = Run({"days", period, "--dir", folder});
+        Result r = Qvlog({"days", period, "--dir", folder});
         EXPECT_EQ(QVLOG_OK, r.status) << r.err;
         double tx[SERIES_SLOTS], rx[SERIES_SLOTS], max;
         int slots = ReadTrafficLog(0, year, month, 1, tx, rx, &max);
