@@ -10,9 +10,9 @@ namespace {
 // Any cut beyond that has to bring ten records back into step: runs of
 // invalid records otherwise pass for cuts around windows that only happen to
 // look like records (a small count reads as day 1, hour 0). Zero reserved
-// bytes, as the writer leaves them, and a cut that starts like a record
-// break ties; among equal splits the earliest cut wins, as the writer
-// appends whole records after one.
+// bytes, as the writer leaves them, break ties; among equal splits the
+// earliest cut wins: the writer appends whole records right after one, while
+// a later cut would have to hold the tail of a record, which no cut leaves.
 const long kValidRecord = 100, kZeroReserved = 2, kInvalidRecord = -1, kCut = -1000;
 
 bool Valid(const TrafficLogFields &f, int year, int month)
@@ -29,19 +29,6 @@ long RecordScore(const unsigned char *p, int year, int month)
     if (!Valid(f, year, month))
         return kInvalidRecord;
     return kValidRecord + (p[2] == 0 && p[3] == 0 ? kZeroReserved : 0);
-}
-
-// A cut record is the head of one the writer began: what it holds of the day
-// and the hour looks like them. This tells it from the tail of a record cut
-// the other way round, which a cut never leaves.
-long CutScore(const unsigned char *p, size_t length)
-{
-    long score = kCut;
-    if ((signed char)p[0] >= 1 && (signed char)p[0] <= 31)
-        score++;
-    if (length >= 2 && (signed char)p[1] >= 0 && (signed char)p[1] <= 23)
-        score++;
-    return score;
 }
 
 } // namespace
@@ -67,7 +54,7 @@ void CheckTrafficLog(const unsigned char *bytes, size_t size, int year, int mont
             any = true;
         }
         for (size_t k = 1; k < TRAFFIC_RECORD_BYTES && i + k <= size; k++) {
-            long s = CutScore(bytes + i, k) + best[i + k];
+            long s = kCut + best[i + k];
             if (!any || s > top || (s == top && step[i] == TRAFFIC_RECORD_BYTES)) {
                 top = s;
                 step[i] = (unsigned char)k;
