@@ -19,34 +19,6 @@ std::string Narrow(const std::wstring &wide)
     return std::string(wide.begin(), wide.end());   // the test folders are ASCII
 }
 
-std::string Drain(FILE *f)
-{
-    std::string text;
-    rewind(f);
-    char buffer[4096];
-    size_t n;
-    while ((n = fread(buffer, 1, sizeof buffer, f)) > 0)
-        text.append(buffer, n);
-    fclose(f);
-    return text;
-}
-
-struct Result {
-    int status;
-    std::string out, err;
-};
-
-Result Qvlog(std::vector<std::string> words)
-{
-    words.insert(words.begin(), "qvlog");
-    std::vector<char *> argv;
-    for (auto &w : words)
-        argv.push_back(&w[0]);
-    FILE *out = tmpfile(), *err = tmpfile();
-    int status = RunQvlog((int)argv.size(), argv.data(), out, err);
-    return {status, Drain(out), Drain(err)};
-}
-
 std::vector<std::string> Words(const std::string &line)
 {
     std::istringstream in(line);
@@ -101,7 +73,7 @@ TEST_F(QvlogAgrees, WithTheUsageDialogsSeries)
             ReadTrafficLog(HOURLY_MODE, m.year, m.month, d, tx, rx, &max);
             char date[16];
             snprintf(date, sizeof date, "%04d-%02d-%02d", m.year, m.month, d);
-            std::string out = Qvlog({"hours", date, "--csv", "--dir", dir_}).out;
+            std::string out = RunQvlogWords({"hours", date, "--csv", "--dir", dir_}).out;
             for (int h = 0; h < 24; h++) {
                 char line[128];
                 snprintf(line, sizeof line, "\"%sT%02d\",\"%.0f\",\"%.0f\",\"%.0f\"\n", date, h, rx[h], tx[h],
@@ -121,7 +93,7 @@ TEST_F(QvlogAgrees, WithTheCsvExport)
     for (auto m : kMonths) {
         char month[8];
         snprintf(month, sizeof month, "%04d-%02d", m.year, m.month);
-        Result r = Qvlog({"days", month, "--dir", dir_});
+        QvlogResult r = RunQvlogWords({"days", month, "--dir", dir_});
         EXPECT_EQ(m.month == 3 ? QVLOG_DAMAGED : QVLOG_OK, r.status) << r.err;
         std::string want = "\"Date\",\"Xmit\",\"Rcv\",\"Total\"\n";
         std::istringstream lines(r.out);
@@ -152,16 +124,16 @@ TEST_F(QvlogAgrees, WithTheCsvExport)
 TEST_F(QvlogAgrees, FindsTheFolderInTheItemsRegistryValue)
 {
     ASSERT_TRUE(WriteSettingString(L"InstallDir", g_item.dataFolder));
-    Result r = Qvlog({"days", "2026-02", "--csv"});
+    QvlogResult r = RunQvlogWords({"days", "2026-02", "--csv"});
     EXPECT_EQ(QVLOG_OK, r.status) << r.err;
     EXPECT_NE(std::string::npos, r.out.find("\"2026-02\",\"4294968295\",\"2001\",\"4294970296\"\n")) << r.out;
-    r = Qvlog({"days", "2026-02", "--json"});
+    r = RunQvlogWords({"days", "2026-02", "--json"});
     std::string escaped;
     for (char c : dir_)
         escaped += c == '\\' ? std::string("\\\\") : std::string(1, c);
     EXPECT_NE(std::string::npos, r.out.find("\"folder\": \"" + escaped + "\",")) << r.out;
     ASSERT_TRUE(WriteSettingString(L"InstallDir", (std::wstring(g_item.dataFolder) + L"\\missing").c_str()));
-    r = Qvlog({"days"});
+    r = RunQvlogWords({"days"});
     EXPECT_EQ(QVLOG_USAGE, r.status);
     EXPECT_NE(std::string::npos, r.err.find("missing: no such folder")) << r.err;
 }
@@ -185,7 +157,7 @@ TEST_F(QvlogAgrees, OnTheLogsInQvlogLogDir)
         months++;
         char period[8];
         snprintf(period, sizeof period, "%04d-%02d", year, month);
-        Result r = Qvlog({"days", period, "--dir", folder});
+        QvlogResult r = RunQvlogWords({"days", period, "--dir", folder});
         EXPECT_EQ(QVLOG_OK, r.status) << r.err;
         double tx[SERIES_SLOTS], rx[SERIES_SLOTS], max;
         int slots = ReadTrafficLog(0, year, month, 1, tx, rx, &max);

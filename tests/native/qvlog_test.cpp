@@ -15,23 +15,6 @@
 
 namespace {
 
-struct Result {
-    int status;
-    std::string out, err;
-};
-
-std::string Drain(FILE *f)
-{
-    std::string text;
-    rewind(f);
-    char buffer[4096];
-    size_t n;
-    while ((n = fread(buffer, 1, sizeof buffer, f)) > 0)
-        text.append(buffer, n);
-    fclose(f);
-    return text;
-}
-
 class Qvlog : public ::testing::Test {
 protected:
     void SetUp() override
@@ -55,18 +38,11 @@ protected:
         return LogBytes(std::istreambuf_iterator<char>(f), {});
     }
     // qvlog with these words, in the fixture folder, on 1 March 2026.
-    Result Run(std::vector<std::string> words, bool inFolder = true)
+    QvlogResult Run(std::vector<std::string> words, bool inFolder = true)
     {
-        std::vector<std::string> all = {"qvlog"};
-        all.insert(all.end(), words.begin(), words.end());
         if (inFolder)
-            all.insert(all.end(), {"--dir", dir_, "--today", "2026-03-01"});
-        std::vector<char *> argv;
-        for (auto &w : all)
-            argv.push_back(&w[0]);
-        FILE *out = tmpfile(), *err = tmpfile();
-        int status = RunQvlog((int)argv.size(), argv.data(), out, err);
-        return {status, Drain(out), Drain(err)};
+            words.insert(words.end(), {"--dir", dir_, "--today", "2026-03-01"});
+        return RunQvlogWords(words);
     }
     std::string dir_;
 };
@@ -112,7 +88,7 @@ TEST_F(Qvlog, SummariesAgainstFiguresWorkedByHand)
     };
     for (auto &c : cases) {
         std::string what = ::testing::PrintToString(c.words);
-        Result r = Run(c.words);
+        QvlogResult r = Run(c.words);
         // March is damaged: the figures come with a warning and status 1.
         bool damaged = c.words[0] != "days" || c.words[1] != "2026-02";
         EXPECT_EQ(damaged ? QVLOG_DAMAGED : QVLOG_OK, r.status) << what << r.err;
@@ -130,7 +106,7 @@ TEST_F(Qvlog, SummariesAgainstFiguresWorkedByHand)
 
 TEST_F(Qvlog, TextTableHasAlignedColumnsInTheDialogsUnits)
 {
-    Result r = Run({"days", "2026-02"});
+    QvlogResult r = Run({"days", "2026-02"});
     EXPECT_EQ(QVLOG_OK, r.status) << r.err;
     std::vector<std::string> lines;
     for (size_t at = 0, end; (end = r.out.find('\n', at)) != std::string::npos; at = end + 1)
@@ -147,7 +123,7 @@ TEST_F(Qvlog, TextTableHasAlignedColumnsInTheDialogsUnits)
 // The JSON parsed by Python's own parser, and its figures read back.
 TEST_F(Qvlog, JsonParsesAndHoldsTheFigures)
 {
-    Result r = Run({"days", "2026-03", "--json"});
+    QvlogResult r = Run({"days", "2026-03", "--json"});
     std::string file = Path("out.json");
     std::ofstream(file) << r.out;
     std::string script =
@@ -196,7 +172,7 @@ TEST_F(Qvlog, CheckReportsEachFaultAndItsStatus)
     };
     Write("202602y.log", {});
     for (auto &c : cases) {
-        Result r = Run({"check", Path(c.file)}, false);
+        QvlogResult r = Run({"check", Path(c.file)}, false);
         EXPECT_EQ(c.status, r.status) << c.file << r.out;
         std::string want;
         for (auto &line : c.lines)
@@ -211,7 +187,7 @@ TEST_F(Qvlog, CheckReportsEachFaultAndItsStatus)
     EXPECT_NE(std::string::npos, Run({"check", Path("202802.log")}, false).out.find(
                                      "out of range: 2 records (day 31 hour 0 at byte 0; day 5 hour 24 at byte 24)"));
     // The whole folder: only YYYYMM.log names, a sound set and a damaged one.
-    Result all = Run({"check"});
+    QvlogResult all = Run({"check"});
     EXPECT_EQ(1, all.status);
     for (const char *name : {"202602.log", "202603.log", "202604.log", "202605.log", "202606.log", "202802.log"})
         EXPECT_NE(std::string::npos, all.out.find(dir_ + "/" + name + ":")) << name;
@@ -223,7 +199,7 @@ TEST_F(Qvlog, CheckReportsEachFaultAndItsStatus)
 // the dialog's own parser as every valid record of the original says.
 TEST_F(Qvlog, RepairRoundTrip)
 {
-    Result r = Run({"repair", Path("202603.log")}, false);
+    QvlogResult r = Run({"repair", Path("202603.log")}, false);
     EXPECT_EQ(0, r.status) << r.err;
     EXPECT_EQ(Path("202603.log") + ": 5 records kept, 1 duplicate added into their first, 0 invalid dropped, "
               "5 cut bytes dropped\n  written to " + Path("202603.log.repaired") + "\n", r.out);
@@ -318,12 +294,12 @@ TEST_F(Qvlog, BadInputGetsAMessageAndAStatus)
     for (auto &c : cases) {
         for (auto &w : c.words)
             w = w == "EMPTY" ? Path("202512.log") : w == "SUB" ? Path("sub") : w;
-        Result r = Run(c.words, c.inFolder);
+        QvlogResult r = Run(c.words, c.inFolder);
         std::string what = ::testing::PrintToString(c.words);
         EXPECT_EQ(c.status, r.status) << what << r.err;
         EXPECT_NE(std::string::npos, r.err.find(c.err)) << what << ": " << r.err;
     }
-    Result check = Run({"check", Path("202601.log")}, false);
+    QvlogResult check = Run({"check", Path("202601.log")}, false);
     EXPECT_EQ(1, check.status);
     EXPECT_NE(std::string::npos, check.out.find("202601.log: 5000 bytes, ")) << check.out;
     EXPECT_EQ(0, Run({"--help"}, false).status);

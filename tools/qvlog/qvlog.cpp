@@ -475,19 +475,29 @@ void MonthOfFile(const std::string &path, int *year, int *month)
         *year = *month = 0;
 }
 
+// One named file, read and looked into; false (and why, on `out`, after
+// `lead`) when it cannot be read.
+bool ReadAndCheck(const std::string &path, const char *lead, FILE *out, std::vector<unsigned char> *bytes,
+                  int *year, int *month, LogCheckReport *r)
+{
+    std::string why;
+    ReadResult read = ReadWholeFile(path, LOG_CHECK_MAX_BYTES + 1, bytes, &why);
+    if (read != READ_OK) {
+        fprintf(out, "%s%s: cannot be read: %s\n", lead, path.c_str(), read == READ_MISSING ? "no such file" : why.c_str());
+        return false;
+    }
+    MonthOfFile(path, year, month);
+    CheckTrafficLog(bytes->data(), bytes->size(), *year, *month, r);
+    return true;
+}
+
 int CheckOne(const std::string &path, FILE *out)
 {
     std::vector<unsigned char> bytes;
-    std::string why;
-    ReadResult read = ReadWholeFile(path, LOG_CHECK_MAX_BYTES + 1, &bytes, &why);
-    if (read != READ_OK) {
-        fprintf(out, "%s: cannot be read: %s\n", path.c_str(), read == READ_MISSING ? "no such file" : why.c_str());
-        return QVLOG_DAMAGED;
-    }
     int year, month;
-    MonthOfFile(path, &year, &month);
     LogCheckReport r;
-    CheckTrafficLog(bytes.data(), bytes.size(), year, month, &r);
+    if (!ReadAndCheck(path, "", out, &bytes, &year, &month, &r))
+        return QVLOG_DAMAGED;
     bool sound = LogIsSound(r);
     if (r.tooLarge || r.size == 0) {
         fprintf(out, "%s: %s: damaged\n", path.c_str(), Describe(r).c_str());
@@ -550,16 +560,10 @@ int Repair(const Options &o, FILE *out, FILE *err)
         return Usage(err, "repair takes one file");
     const std::string &path = o.args[0];
     std::vector<unsigned char> bytes;
-    std::string why;
-    ReadResult read = ReadWholeFile(path, LOG_CHECK_MAX_BYTES + 1, &bytes, &why);
-    if (read != READ_OK) {
-        fprintf(err, "qvlog: %s: cannot be read: %s\n", path.c_str(), read == READ_MISSING ? "no such file" : why.c_str());
-        return QVLOG_DAMAGED;
-    }
     int year, month;
-    MonthOfFile(path, &year, &month);
     LogCheckReport r;
-    CheckTrafficLog(bytes.data(), bytes.size(), year, month, &r);
+    if (!ReadAndCheck(path, "qvlog: ", err, &bytes, &year, &month, &r))
+        return QVLOG_DAMAGED;
     if (r.tooLarge || r.size == 0) {
         fprintf(err, "qvlog: %s: %s: nothing to repair\n", path.c_str(), Describe(r).c_str());
         return QVLOG_DAMAGED;
