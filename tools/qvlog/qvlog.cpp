@@ -404,8 +404,6 @@ int Months(const Options &o, const std::string &folder, FILE *out, FILE *err)
 // Today, then this month and the ones before it, newest first.
 int Summary(const Options &o, const std::string &folder, FILE *out, FILE *err)
 {
-    if (!o.args.empty())
-        return Usage(err, "unknown command \"" + o.command + "\"");
     if (o.top > 0) {
         Options days = o;
         days.command = "days";
