@@ -3,8 +3,6 @@
 #include "trafficlog/reader.h"
 #include "trafficlog/trafficlog.h"
 
-#include <stdio.h>
-
 // A well-formed month has at most 744 records; far more means a damaged file,
 // and the read still has to end.
 static const int kMaxRecords = 1 << 20;
@@ -40,14 +38,6 @@ int ReadTrafficLog(int mode, int year, int month, int day, double *transmitted, 
     return slots;
 }
 
-int DaysInMonth(int year, int month)
-{
-    static const int kDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    if (month == 2 && ((year % 4 == 0 && year % 100 != 0) || year % 400 == 0))
-        return 29;
-    return kDays[month - 1];
-}
-
 LPCWSTR MonthAbbrev(int month)
 {
     static const LPCWSTR kNames[12] = {L"Jan", L"Feb", L"Mar", L"Apr", L"May", L"Jun",
@@ -57,16 +47,15 @@ LPCWSTR MonthAbbrev(int month)
 
 LPWSTR FormatByteCount(double value, LPWSTR text, size_t size)
 {
-    // Formatted in full first, then cut to the caller's buffer.
+    // Formatted in full first, then cut to the caller's buffer. The text is
+    // ASCII, so each character widens as it stands.
+    char narrow[352];
+    FormatByteCountText(value, narrow, sizeof narrow);
     WCHAR full[352];
-    if (value == 0.0)
-        FormatText(full, 352, L"0");
-    else if (value < 1048576.0)
-        FormatText(full, 352, L"%.2fKB", value / 1024);
-    else if (value < 1073741824.0)
-        FormatText(full, 352, L"%.2fMB", value / 1024 / 1024);
-    else
-        FormatText(full, 352, L"%.2fGB", value / 1024 / 1024 / 1024);
+    size_t i = 0;
+    for (; narrow[i]; i++)
+        full[i] = (WCHAR)(unsigned char)narrow[i];
+    full[i] = 0;
     if (size > 0)
         CopyText(text, full, size);
     return text;

@@ -4,6 +4,7 @@
 #include <windows.h>
 #include <stddef.h>
 
+#include "trafficlog/logformat.h"
 #include "trafficlog/logparse.h"
 
 #define BYTE_COUNT_CHARS 32      // room for any FormatByteCount text
@@ -17,7 +18,6 @@
 int ReadTrafficLog(int mode, int year, int month, int day, double *transmitted, double *received,
                    double *maximum);
 
-int DaysInMonth(int year, int month);
 // "Jan" ... "Dec" for months 1-12.
 LPCWSTR MonthAbbrev(int month);
 // "0", "%.2fKB", "%.2fMB" or "%.2fGB", with 1024 at every step. Returns text.

@@ -153,4 +153,20 @@ for (year, month, day, hour) in hours:
 print("traffic_netns: hour record(s) hold %d received, %d transmitted; %d sent each way" % (received, transmitted, want))
 assert received >= want and transmitted >= want
 PY
+
+# qvlog on the same logs: its Windows build finds the folder as the item does
+# (no InstallDir here: Program Files), its native build is told it, and both
+# agree with the usage dialog's daily table, as its reader and texts give it.
+if [ -f "$BUILD/qvlog.exe" ] && [ -x "$BUILD/native/qvlog" ]; then
+    in_ns "$BUILD/wine-run.sh" "$BUILD/qvlog.exe" days --csv >"$WORK/qvlog-win.csv" 2>"$WORK/qvlog.err" ||
+        fail "qvlog.exe days: $(cat "$WORK/qvlog.err")"
+    "$BUILD/native/qvlog" days --csv --dir "$LOGDIR" >"$WORK/qvlog-native.csv" || fail "native qvlog days failed"
+    cmp -s "$WORK/qvlog-win.csv" "$WORK/qvlog-native.csv" || fail "the two qvlog builds disagree"
+    grep -q '^"'"$(date +%Y-%m-%d)"'","[1-9]' "$WORK/qvlog-native.csv" || fail "qvlog shows no traffic today"
+    QVLOG_LOG_DIR='C:\Program Files\Ostrik\Quorvane' in_ns "$BUILD/wine-run.sh" "$BUILD/unit_tests.exe" \
+        --gtest_filter=QvlogAgrees.OnTheLogsInQvlogLogDir >"$WORK/agree.log" 2>&1 ||
+        { cat "$WORK/agree.log"; fail "qvlog days and the usage dialog's daily table disagree"; }
+    grep -q "days with traffic agree" "$WORK/agree.log" || { cat "$WORK/agree.log"; fail "the agreement was not checked"; }
+    grep "days with traffic agree" "$WORK/agree.log"
+fi
 echo "traffic_netns: ok"
