@@ -4,6 +4,7 @@
 #include "charts/charts.h"
 #include "item/strip.h"
 #include "resources/resource.h"
+#include "wireless/tools.h"
 
 using fake::g_device;
 
@@ -105,7 +106,8 @@ TEST_F(TapTest, EachTapOpensItsDialogOrApplet)
         {240, 320, 69, 4, IDD_USAGE},         {320, 240, 85, 20, IDD_USAGE_WIDE}, {480, 480, 138, 36, IDD_USAGE_WIDE},
         {480, 640, 170, 4, IDD_USAGE},
         // Tools not built yet: nothing.
-        {240, 320, 50, 10, 0}, {240, 320, 145, 10, 0}, {240, 320, 164, 10, 0}, {240, 320, 88, 10, 0},
+        {240, 320, 50, 10, IDD_SIGNAL}, {240, 320, 145, 10, IDD_SCANNER}, {320, 240, 161, 20, IDD_SCANNER_WIDE},
+        {480, 640, 360, 36, IDD_CARD}, {240, 320, 88, 10, 0},
         {240, 320, 107, 10, 0}, {240, 320, 183, 10, 0}, {240, 320, 126, 10, 0},
         {240, 320, 202, 4, 0, L"cplmain.cpl,17"}, {240, 320, 237, 20, 0, L"cplmain.cpl,19"},
         {480, 640, 404, 36, 0, L"cplmain.cpl,17"}, {480, 640, 474, 4, 0, L"cplmain.cpl,19"},
@@ -122,7 +124,14 @@ TEST_F(TapTest, EachTapOpensItsDialogOrApplet)
         if (c.tpl) {
             EXPECT_EQ(c.tpl, LastTemplate());
             EXPECT_EQ(item_, g_device.dialogs[0].owner);
-            EXPECT_EQ(c.tpl == IDD_LIVEGRAPH ? (DLGPROC)LiveGraphDlgProc : (DLGPROC)UsageDlgProc, g_device.dialogs[0].proc);
+            DLGPROC proc = c.tpl == IDD_LIVEGRAPH ? (DLGPROC)LiveGraphDlgProc : (DLGPROC)UsageDlgProc;
+            if (c.tpl == IDD_SIGNAL)
+                proc = SignalViewDlgProc;
+            else if (c.tpl == IDD_SCANNER || c.tpl == IDD_SCANNER_WIDE)
+                proc = ScannerDlgProc;
+            else if (c.tpl == IDD_CARD)
+                proc = CardDetailsDlgProc;
+            EXPECT_EQ(proc, g_device.dialogs[0].proc);
         }
         if (c.applet) {
             EXPECT_EQ(L"\\Windows\\ctlpnl.exe", g_device.processes[0].application);
