@@ -265,11 +265,18 @@ void PaintUsageChart(HDC dc, int mode, int view, int rowsWithData, int page,
     DrawIconAt(dc, hiRes ? IDI_USAGE_CHART_HIRES : IDI_USAGE_CHART, USAGE_ICON_CHART_X * s, USAGE_ICON_Y * s);
     DrawIconAt(dc, hiRes ? IDI_USAGE_EXPORT_HIRES : IDI_USAGE_EXPORT, USAGE_ICON_EXPORT_X * s, USAGE_ICON_Y * s);
 
-    WCHAR face[LF_FACESIZE] = L"";
-    GetTextFaceW(dc, LF_FACESIZE, face);
-    HFONT font = CreateFontW(hiRes ? 22 : 12, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
-                             OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
-                             DEFAULT_PITCH | FF_DONTCARE, face);
+    // The dialog's own face at the chart's height; the device has only the
+    // indirect form of font creation.
+    LOGFONTW logFont = {};
+    logFont.lfHeight = hiRes ? 22 : 12;
+    logFont.lfWeight = FW_NORMAL;
+    logFont.lfCharSet = DEFAULT_CHARSET;
+    logFont.lfOutPrecision = OUT_DEFAULT_PRECIS;
+    logFont.lfClipPrecision = CLIP_DEFAULT_PRECIS;
+    logFont.lfQuality = DEFAULT_QUALITY;
+    logFont.lfPitchAndFamily = DEFAULT_PITCH | FF_DONTCARE;
+    GetTextFaceW(dc, LF_FACESIZE, logFont.lfFaceName);
+    HFONT font = CreateFontIndirectW(&logFont);
     HGDIOBJ oldFont = font ? SelectObject(dc, font) : nullptr;
     COLORREF oldColor = SetTextColor(dc, RGB(0, 0, 0));
     int oldMode = SetBkMode(dc, TRANSPARENT);

@@ -6,32 +6,9 @@
 #pragma once
 
 #include <windows.h>
-#include <ntddndis.h>
 #include <stddef.h>
 
-#ifdef _WIN32_WCE
-#include <nuiouser.h>
-#else
-// The driver's request records and control codes, as its header spells them.
-#define IOCTL_NDISUIO_QUERY_BINDING   0x0012080C
-#define IOCTL_NDISUIO_QUERY_OID_VALUE 0x00120804
-#define IOCTL_NDISUIO_SET_OID_VALUE   0x00120814
-
-struct NDISUIO_QUERY_BINDING {
-    ULONG BindingIndex;
-    ULONG DeviceNameOffset;     // bytes from the start of the record
-    ULONG DeviceNameLength;     // bytes of UTF-16 text
-    ULONG DeviceDescrOffset;
-    ULONG DeviceDescrLength;
-};
-
-struct NDISUIO_QUERY_OID {
-    NDIS_OID Oid;
-    PTCHAR ptcDeviceName;
-    UCHAR Data[sizeof(ULONG)];  // the value runs on to the end of the buffer
-};
-typedef NDISUIO_QUERY_OID NDISUIO_SET_OID;
-#endif
+#include "platform/win32/device_sdk.h"
 
 // One buffer serves every request of a query, in and out.
 #define WIRELESS_BUFFER_SIZE 1024

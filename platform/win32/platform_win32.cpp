@@ -8,6 +8,12 @@
 #include <string.h>
 #include <wchar.h>
 
+#ifdef _WIN32_WCE
+// shlobj.h points this name at a W form that the device does not export.
+#undef SHGetSpecialFolderPath
+extern "C" BOOL WINAPI SHGetSpecialFolderPath(HWND owner, LPWSTR path, int csidl, BOOL create);
+#endif
+
 namespace {
 
 // On a desktop the Today host plays the device screen in a window of its own;
@@ -126,19 +132,24 @@ HDC GetDC(HWND window)
 
 int ReleaseDC(HWND window, HDC dc)
 {
+#ifndef _WIN32_WCE
+    // The device screen's DC came from the host's screen window here.
     if (!window)
         window = ::WindowFromDC(dc);
+#endif
     return ::ReleaseDC(window, dc);
 }
 
 HWND FindWindowW(LPCWSTR className, LPCWSTR windowName)
 {
     HWND found = ::FindWindowW(className, windowName);
+#ifndef _WIN32_WCE
     // The host's taskbar is a child of its emulated screen, where a top-level
     // search does not look.
     HWND screen = DeviceScreenWindow();
     if (!found && screen)
         found = ::FindWindowExW(screen, nullptr, className, windowName);
+#endif
     return found;
 }
 
@@ -154,7 +165,12 @@ DWORD GetTickCount()
 
 BOOL SHGetSpecialFolderPathW(HWND owner, LPWSTR path, int csidl, BOOL create)
 {
+#ifdef _WIN32_WCE
+    // The device exports it without the W.
+    return ::SHGetSpecialFolderPath(owner, path, csidl, create);
+#else
     return ::SHGetSpecialFolderPathW(owner, path, csidl, create);
+#endif
 }
 
 int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type)
@@ -179,12 +195,20 @@ INT_PTR DialogBoxIndirectParamW(HINSTANCE instance, LPCDLGTEMPLATE dialogTemplat
 
 BOOL CreateProcessW(LPCWSTR application, LPWSTR commandLine)
 {
+    PROCESS_INFORMATION pi = {};
+#ifdef _WIN32_WCE
+    // The device takes no startup information, and no security, inheritance,
+    // environment or folder either.
+    if (!::CreateProcessW(application, commandLine, nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                          nullptr, &pi))
+        return FALSE;
+#else
     STARTUPINFOW si = {};
     si.cb = sizeof si;
-    PROCESS_INFORMATION pi = {};
     if (!::CreateProcessW(application, commandLine, nullptr, nullptr, FALSE, 0, nullptr, nullptr,
                           &si, &pi))
         return FALSE;
+#endif
     CloseHandle(pi.hThread);
     CloseHandle(pi.hProcess);
     return TRUE;
