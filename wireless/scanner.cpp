@@ -171,7 +171,7 @@ void OpenScanner(HWND dialog)
     ListView_InsertColumn(list, 0, &column);
     column.cx = 160;
     ListView_InsertColumn(list, 1, &column);
-    ListView_SetExtendedListViewStyle(list, LVS_EX_FULLROWSELECT);
+    (void)ListView_SetExtendedListViewStyle(list, LVS_EX_FULLROWSELECT);
     if (RefreshAccessPoints(dialog))
         g_scanner.timerRunning = SetTimer(dialog, SCANNER_TIMER_ID, SCANNER_PERIOD_MS, nullptr) != 0;
 }
