@@ -512,6 +512,13 @@ TEST_F(Scanner, NoDeviceOrNoBindingStopsTheTimerForGood)
 
 TEST_F(Scanner, NotAssociatedEmptiesTheSsidAndKeepsTheBssid)
 {
+    const BYTE zero[6] = {};
+    fake::SetOidAnswer(OID_802_11_BSSID, zero, 6);   // shown: nothing was shown before
+    Open();
+    EXPECT_EQ(L"00:00:00:00:00:00", Detail(IDC_SCAN_BSSID));
+    DestroyWindow(dialog_);
+    const BYTE bssid[6] = {0x00, 0x0F, 0x66, 0xA0, 0x00, 0x01};
+    fake::SetOidAnswer(OID_802_11_BSSID, bssid, 6);
     Heard({kHome});
     Open();
     fake::RemoveOidAnswer(OID_802_11_BSSID);

@@ -173,6 +173,10 @@ BOOL QueryOid(HANDLE device, LPCWSTR name, NDIS_OID oid, BYTE *buffer, DWORD siz
         answers.hasRssi = true;
         answers.rssi = *static_cast<LONG *>(rssi);
     }
+    // The level of the link's own access point is asked for only when the
+    // interface gives none itself: a list costs far more than one value.
+    if (answers.hasRssi)
+        needs &= ~WLAN_NEEDS_BSS_LIST;
     if ((needs & WLAN_NEEDS_BSS_LIST) &&
         g_api.GetNetworkBssList(device, &guid, nullptr, dot11_BSS_type_any, FALSE, nullptr, &list) ==
             ERROR_SUCCESS && list) {
