@@ -1,11 +1,16 @@
 // wireless_tools_test.cpp: card details, signal view and the 802.11 scanner on the fake wireless driver.
+//
+// The last tests show the three filled and capture them from the screen; set
+// QUORVANE_SHOTS to a folder to keep the pictures (the README's come from there).
 #include "tests/support.h"
+#include "host/png.h"
 #include "platform/fake/fake_wireless.h"
 #include "resources/resource.h"
 #include "wireless/signal_graph.h"
 #include "wireless/tools.h"
 
 #include <commctrl.h>
+#include <stdlib.h>
 #include <string>
 #include <vector>
 
@@ -195,10 +200,13 @@ TEST_F(SignalGraph, NoReadingsDrawOnlyTheBackground)
 TEST_F(SignalGraph, ReadingsRiseTwoPixelsPerDecibelUpToTheCap)
 {
     // Reading i stands at x = 45 + 3i, from 68 up to (34 - min(r + 90, 32)) * 2.
-    Paint({-89, -80, -58, -30, -200, -70});
+    std::vector<int> readings = {-89, -80, -58, -30, -200, -70};
+    readings.resize(SIGNAL_HISTORY_SIZE, NO_SIGNAL);
+    readings.back() = -60;   // the newest, at the right
+    Paint(readings);
     const struct {
         int x, top;
-    } cases[] = {{45, 66}, {48, 48}, {51, 4}, {54, 4}, {57, -1}, {60, 28}};
+    } cases[] = {{45, 66}, {48, 48}, {51, 4}, {54, 4}, {57, -1}, {60, 28}, {159, -1}, {162, 8}};
     // The pen's round end stands one pixel above the line's end.
     for (auto c : cases)
         EXPECT_EQ(c.top < 0 ? -1 : c.top - 1, Top(c.x)) << c.x;
@@ -206,15 +214,6 @@ TEST_F(SignalGraph, ReadingsRiseTwoPixelsPerDecibelUpToTheCap)
     EXPECT_EQ(RGB(0, 255, 0), canvas_.At(46, 67));   // three pixels wide
     EXPECT_EQ(RGB(0, 255, 0), canvas_.At(44, 67));
     EXPECT_NE(RGB(0, 255, 0), canvas_.At(45, 70));
-}
-
-TEST_F(SignalGraph, TheNewestReadingStandsAtTheRight)
-{
-    std::vector<int> readings(SIGNAL_HISTORY_SIZE, NO_SIGNAL);
-    readings.back() = -60;
-    Paint(readings);
-    EXPECT_EQ(8 - 1, Top(45 + 3 * 39));
-    EXPECT_EQ(-1, Top(45 + 3 * 38));
 }
 
 // ---------------------------------------------------------------- scanner
@@ -245,11 +244,10 @@ Bytes Entry(const Ap &ap, DWORD length = 104)
     return e;
 }
 
-void Heard(const std::vector<Ap> &aps, DWORD count = 0xFFFFFFFF)
+void Heard(const std::vector<Ap> &aps)
 {
     Bytes list(4, 0);
-    DWORD n = count == 0xFFFFFFFF ? (DWORD)aps.size() : count;
-    memcpy(&list[0], &n, 4);
+    list[0] = (BYTE)aps.size();
     for (auto &ap : aps) {
         Bytes e = Entry(ap);
         list.insert(list.end(), e.begin(), e.end());
@@ -261,6 +259,15 @@ const Ap kHome = {1, "home", -55, 1, 2437000, 3, 1, {0x82, 0x84, 0x8B, 0x96, 0x0
 const Ap kHome5 = {2, "home", -75, 1, 5180000, 2, 1, {0x8C, 0x12, 0x98, 0x24, 0xB0, 0x48, 0x60, 0x6C}};
 const Ap kCafe = {3, "cafe", -85, 0, 24120, 1, 1, {0x02, 0x04, 0x0B, 0x16}};
 const Ap kPeer = {4, "laptop", -68, 0, 2477000, 1, 0, {}};
+
+// A tap on a row of the list, as the list view tells its dialog.
+void TapRow(HWND dialog, int row)
+{
+    HWND list = GetDlgItem(dialog, IDC_SCAN_LIST);
+    ListView_SetItemState(list, row, LVIS_SELECTED, LVIS_SELECTED);
+    NMHDR click = {list, IDC_SCAN_LIST, (UINT)NM_CLICK};
+    SendMessageW(dialog, WM_NOTIFY, IDC_SCAN_LIST, (LPARAM)&click);
+}
 
 class Scanner : public DeviceTest {
 protected:
@@ -297,12 +304,7 @@ protected:
         ListView_GetItemText(List(), row, 1, text, 64);
         return text;
     }
-    void Select(int row)
-    {
-        ListView_SetItemState(List(), row, LVIS_SELECTED, LVIS_SELECTED);
-        NMHDR click = {List(), IDC_SCAN_LIST, (UINT)NM_CLICK};
-        SendMessageW(dialog_, WM_NOTIFY, IDC_SCAN_LIST, (LPARAM)&click);
-    }
+    void Select(int row) { TapRow(dialog_, row); }
     std::wstring Detail(int id) { return Text(dialog_, id); }
     HWND dialog_ = nullptr;
 };
@@ -550,6 +552,140 @@ TEST_F(Scanner, TheSecondaryPathUsesItsOwnWords)
         SendMessageW(dialog_, WM_NOTIFY, IDC_SCAN_OTHER_LIST, (LPARAM)&change);
         EXPECT_EQ(c.signal, Detail(IDC_SCAN_SIGNAL));
         EXPECT_EQ(c.wep, Detail(IDC_SCAN_WEP));
+    }
+}
+
+// ---------------------------------------------------------------- pictures
+
+void Pump(int ms)
+{
+    DWORD start = GetTickCount();
+    do {
+        MSG msg;
+        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&msg);
+            DispatchMessageW(&msg);
+        }
+        Sleep(10);
+    } while (GetTickCount() - start < (DWORD)ms);
+}
+
+// What the window shows on the screen, as top-down BGRX rows.
+std::vector<BYTE> Capture(HWND window, int *w, int *h)
+{
+    RECT rc;
+    GetWindowRect(window, &rc);
+    *w = rc.right - rc.left;
+    *h = rc.bottom - rc.top;
+    Canvas canvas;
+    canvas.Make(*w, *h);
+    HDC screen = GetDC(nullptr);
+    BitBlt(canvas.dc, 0, 0, *w, *h, screen, rc.left, rc.top, SRCCOPY);
+    ReleaseDC(nullptr, screen);
+    std::vector<BYTE> pixels;
+    for (COLORREF c : canvas.Pixels()) {
+        BYTE bgrx[4] = {GetBValue(c), GetGValue(c), GetRValue(c), 0};
+        pixels.insert(pixels.end(), bgrx, bgrx + 4);
+    }
+    canvas.Free();
+    return pixels;
+}
+
+// How many pixels of the picture are (near) this colour.
+int Count(const std::vector<BYTE> &bgrx, COLORREF c)
+{
+    int n = 0;
+    for (size_t i = 0; i + 3 < bgrx.size(); i += 4)
+        n += abs(bgrx[i + 2] - GetRValue(c)) < 40 && abs(bgrx[i + 1] - GetGValue(c)) < 40 &&
+             abs(bgrx[i] - GetBValue(c)) < 40;
+    return n;
+}
+
+void Keep(const std::vector<BYTE> &bgrx, int w, int h, const wchar_t *name)
+{
+    const char *folder = getenv("QUORVANE_SHOTS");
+    if (!folder || !*folder)
+        return;
+    std::wstring path(folder, folder + strlen(folder));
+    path += L"\\";
+    path += name;
+    EXPECT_TRUE(WriteImageFile(path.c_str(), w, h, bgrx.data())) << "cannot write the picture";
+}
+
+// A handheld in a small office: its own network on two access points, a
+// neighbour, a hotspot at the edge of range and an old open one.
+void Office()
+{
+    fake::SetWirelessAdapter(L"TIACXWLN1");
+    const std::vector<BYTE> g = {0x82, 0x84, 0x8B, 0x96, 0x0C, 0x12, 0x18, 0x24}, b = {0x82, 0x84, 0x0B, 0x16};
+    Heard({{0x01, "office", -52, 1, 2437000, 3, 1, g}, {0x02, "office", -69, 1, 2412000, 3, 1, g},
+           {0x03, "neighbours", -77, 1, 2462000, 3, 1, g}, {0x04, "StationCafe", -86, 0, 2462000, 1, 1, b},
+           {0x05, "linksys", -93, 0, 24770, 1, 1, b}});
+    const BYTE ssid[36] = {6, 0, 0, 0, 'o', 'f', 'f', 'i', 'c', 'e'};
+    fake::SetOidAnswer(OID_802_11_SSID, ssid, sizeof ssid);
+    const BYTE bssid[6] = {0x00, 0x0F, 0x66, 0xA0, 0x00, 0x01};
+    fake::SetOidAnswer(OID_802_11_BSSID, bssid, sizeof bssid);
+    SetConfiguration(100, 0, 2437000);
+    fake::SetOidDword(OID_802_11_AUTHENTICATION_MODE, 4);
+    fake::SetOidDword(OID_802_11_INFRASTRUCTURE_MODE, 1);
+    fake::SetOidDword(OID_802_11_NETWORK_TYPE_IN_USE, 1);
+    fake::SetOidDword(OID_802_11_WEP_STATUS, 0);
+}
+
+class WirelessScreens : public DeviceTest {
+protected:
+    void SetUp() override
+    {
+        DeviceTest::SetUp();
+        Office();
+    }
+    // Shown, painted, captured; `ready` runs once it is on the screen.
+    std::vector<BYTE> Shoot(HWND dialog, const wchar_t *name, void (*ready)(HWND))
+    {
+        // Wholly on the desktop's screen: a part outside would not be captured.
+        SetWindowPos(dialog, HWND_TOP, 20, 20, 0, 0, SWP_NOSIZE | SWP_SHOWWINDOW);
+        Pump(300);
+        if (ready)
+            ready(dialog);
+        Pump(300);
+        std::vector<BYTE> bgrx = Capture(dialog, &w_, &h_);
+        Keep(bgrx, w_, h_, name);
+        DestroyWindow(dialog);
+        return bgrx;
+    }
+    int w_ = 0, h_ = 0;
+};
+
+TEST_F(WirelessScreens, SignalViewWithAMinuteOfReadings)
+{
+    // Walking away from the access point and back.
+    for (int i = 0; i < SIGNAL_HISTORY_SIZE; i++)
+        g_item.signalHistory[i] = i < 4 ? NO_SIGNAL : -48 - (i < 24 ? i : 48 - i) * 2 + (i % 3);
+    g_item.signalDbm = g_item.signalHistory[SIGNAL_HISTORY_SIZE - 1];
+    HWND dialog = CreateFromTemplate(IDD_SIGNAL, SignalViewDlgProc);
+    std::vector<BYTE> shot = Shoot(dialog, L"signal.png", [](HWND d) { SendMessageW(d, WM_TIMER, SIGNAL_TIMER_ID, 0); });
+    EXPECT_GT(Count(shot, RGB(0, 255, 0)), 300);   // the graph's bars
+}
+
+TEST_F(WirelessScreens, CardDetails)
+{
+    HWND dialog = CreateFromTemplate(IDD_CARD, CardDetailsDlgProc);
+    Shoot(dialog, L"card.png", nullptr);
+    EXPECT_GT(w_, 100);
+}
+
+TEST_F(WirelessScreens, ScannerUprightAndWide)
+{
+    const struct {
+        int id;
+        const wchar_t *name;
+    } cases[] = {{IDD_SCANNER, L"scanner.png"}, {IDD_SCANNER_WIDE, L"scanner-landscape.png"}};
+    for (auto c : cases) {
+        if (c.id == IDD_SCANNER_WIDE)
+            fake::SetScreen(320, 240);
+        HWND dialog = CreateFromTemplate(c.id, ScannerDlgProc);
+        std::vector<BYTE> shot = Shoot(dialog, c.name, [](HWND d) { TapRow(d, 0); });
+        EXPECT_GT(Count(shot, RGB(255, 255, 255)), 1000) << c.id;
     }
 }
 

@@ -308,13 +308,4 @@ TEST_F(WlanAnswersTest, WithoutALinkOnlyTheListAnswers)
     EXPECT_EQ(0u, Query(OID_802_11_BSSID));
 }
 
-TEST(WlanAnswersNeeded, EachOidAsksOnlyForWhatItUses)
-{
-    EXPECT_EQ(WLAN_NEEDS_BSS_LIST, WlanAnswersNeeded(OID_802_11_BSSID_LIST));
-    EXPECT_EQ(WLAN_NEEDS_CONNECTION, WlanAnswersNeeded(OID_802_11_BSSID));
-    EXPECT_EQ(WLAN_NEEDS_CONNECTION | WLAN_NEEDS_BSS_LIST, WlanAnswersNeeded(OID_802_11_CONFIGURATION));
-    EXPECT_NE(0u, WlanAnswersNeeded(OID_802_11_RSSI) & WLAN_NEEDS_RSSI);
-    EXPECT_EQ(0u, WlanAnswersNeeded(OID_802_11_BSSID_LIST_SCAN));
-}
-
 } // namespace
