@@ -71,4 +71,18 @@ tool 58 "Signal" 1067 "-200dBm"
 kill "$HOST_PID" 2>/dev/null
 wait "$HOST_PID" 2>/dev/null
 HOST_PID=
+
+# Landscape: the scanner comes from its wide template.
+"$RUN" "$BUILD/todayhost.exe" --screen 320x240 --seconds 60 &
+HOST_PID=$!
+probe wait "Quorvane - Today" 20 >/dev/null || fail "the landscape host did not come up"
+set -- $(probe client "Quorvane - Today")
+SX=$1 SY=$2
+click $((SX + 153)) $((SY + 26 + 22 + 12))
+set -- $(probe wait "802.11 Scanner" 10) || fail "802.11 Scanner: no dialog in landscape"
+[ "$4" -gt "$5" ] || fail "802.11 Scanner: $4 x $5 in landscape is not the wide template"
+probe close "802.11 Scanner" >/dev/null
+kill "$HOST_PID" 2>/dev/null
+wait "$HOST_PID" 2>/dev/null
+HOST_PID=
 echo "wireless_tools: ok"
