@@ -8,6 +8,7 @@
 #include "resources/resource.h"
 #include "wireless/signal_graph.h"
 #include "wireless/tools.h"
+#include "wireless/wireless.h"
 
 #include <commctrl.h>
 #include <stdlib.h>
