@@ -35,10 +35,20 @@ SX=$1 SY=$2
 # starts 4 lower. Icon centres at x 58, 153 and 172 on a normal screen.
 ROW_Y=$((SY + 26 + 22 + 12))
 
+# Waits up to 5 s for a dialog to go.
+gone() {
+    for i in 1 2 3 4 5 6 7 8 9 10; do
+        probe wait "$1" 0 >/dev/null || return 0
+        sleep 0.5
+    done
+    return 1
+}
+HOST="Quorvane - Today"
+
 # One tool: tap its icon, wait for its dialog, read a control, press OK.
 # Arguments: icon x, title, control id, the text it must show.
 tool() {
-    click $((SX + $1)) "$ROW_Y"
+    click $((SX + $1)) "$ROW_Y" "$HOST"
     probe wait "$2" 10 > "$OUT/wait" || fail "$2: no dialog after a tap at x $1"
     shown=$(probe text "$2" "$3") || fail "$2: control $3 unreadable (hung?)"
     [ "$shown" = "$4" ] || fail "$2: control $3 shows '$shown', not '$4'"
@@ -47,24 +57,20 @@ tool() {
     [ -n "$ok" ] || fail "$2: no OK button"
     set -- $ok "$2"
     click $(($1 + $3 / 2)) $(($2 + $4 / 2)) "$5"
-    gone=0
-    for i in 1 2 3 4 5 6 7 8 9 10; do
-        probe wait "$5" 0 >/dev/null || { gone=1; break; }
-        sleep 0.5
-    done
-    [ "$gone" = 1 ] || fail "$5: still open after OK"
+    gone "$5" || fail "$5: still open after OK"
 }
 
 # No wireless adapter under Wine: no signal, nothing to list, nothing known.
 tool 58 "Signal" 1068 "No Signal"
 tool 172 "Wireless Card Details" 1051 ""
-click $((SX + 153)) "$ROW_Y"
+click $((SX + 153)) "$ROW_Y" "$HOST"
 probe wait "802.11 Scanner" 10 >/dev/null || fail "802.11 Scanner: no dialog"
 # Past the first scan period: the timer never started, the dialog still answers.
 sleep 6
 [ -z "$(probe items "802.11 Scanner" 1059)" ] || fail "802.11 Scanner: rows without an adapter"
 [ "$(probe text "802.11 Scanner" 1039)" = "" ] || fail "802.11 Scanner: an associated SSID without an adapter"
 probe close "802.11 Scanner" >/dev/null
+gone "802.11 Scanner" || fail "802.11 Scanner: still open after closing"
 tool 153 "802.11 Scanner" 1040 ""
 tool 58 "Signal" 1067 "-200dBm"
 
@@ -78,7 +84,7 @@ HOST_PID=$!
 probe wait "Quorvane - Today" 20 >/dev/null || fail "the landscape host did not come up"
 set -- $(probe client "Quorvane - Today")
 SX=$1 SY=$2
-click $((SX + 153)) $((SY + 26 + 22 + 12))
+click $((SX + 153)) $((SY + 26 + 22 + 12)) "$HOST"
 set -- $(probe wait "802.11 Scanner" 10) || fail "802.11 Scanner: no dialog in landscape"
 [ "$4" -gt "$5" ] || fail "802.11 Scanner: $4 x $5 in landscape is not the wide template"
 probe close "802.11 Scanner" >/dev/null
