@@ -48,6 +48,8 @@ case "${1:-}" in
 run)
     shift
     build
+    # The stripped DLL (the debug build is build/quorvane.dll); a --dll given wins.
+    set -- --dll "$BUILD/stripped/quorvane.dll" "$@"
     if [ -n "${DISPLAY:-}" ]; then
         "$BUILD/wine-run.sh" "$BUILD/todayhost.exe" "$@"
     else

@@ -6,7 +6,7 @@
 #include "item/item.h"
 #include "platform/platform.h"
 #include "resources/resource.h"
-#include "trafficlog/export.h"
+#include "trafficlog/export_dialog.h"
 #include "trafficlog/reader.h"
 
 #include <commctrl.h>

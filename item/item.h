@@ -3,13 +3,12 @@
 
 #include <windows.h>
 #include "platform/today.h"
+#include "wireless/wireless.h"
 
 #define QUORVANE_CLASS L"QUORVANECLASS"
 #define QUORVANE_KEY L"Software\\Microsoft\\Today\\Items\\Quorvane"
 
 #define RING_SIZE 20
-#define SIGNAL_HISTORY_SIZE 40
-#define NO_SIGNAL (-200)
 #define UNKNOWN_INTERFACE 0xFFFFFFFFu
 #define SAMPLE_TIMER_ID 11
 #define SAMPLE_PERIOD_MS 2000

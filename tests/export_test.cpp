@@ -9,6 +9,7 @@
 #include "resources/resource.h"
 #include "tests/logfile.h"
 #include "trafficlog/export.h"
+#include "trafficlog/export_dialog.h"
 
 namespace {
 

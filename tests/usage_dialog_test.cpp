@@ -5,6 +5,7 @@
 #include "tests/logfile.h"
 #include "tests/support.h"
 #include "trafficlog/export.h"
+#include "trafficlog/export_dialog.h"
 
 #include <commctrl.h>
 

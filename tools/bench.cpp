@@ -43,16 +43,17 @@ double NowMicroseconds()
     return (double)t.QuadPart * 1e6 / (double)frequency.QuadPart;
 }
 
-void ReportTimes(const char *what, std::vector<double> &times)
+double ReportTimes(const char *what, std::vector<double> &times)
 {
     if (times.empty())
-        return;
+        return 0;
     double sum = 0;
     for (double t : times)
         sum += t;
     std::sort(times.begin(), times.end());
     printf("%-52s median %8.1f us   mean %8.1f us   min %8.1f us   (%d runs)\n", what,
            times[times.size() / 2], sum / times.size(), times[0], (int)times.size());
+    return times[times.size() / 2];
 }
 
 void WriteFullMonth(int year, int month, void (*values)(int month, int day, int hour, TrafficLogRecord *record))
@@ -77,4 +78,14 @@ DWORD FileSize(const WCHAR *path)
 {
     WIN32_FILE_ATTRIBUTE_DATA data;
     return GetFileAttributesExW(path, GetFileExInfoStandard, &data) ? data.nFileSizeLow : 0;
+}
+
+DWORD SizeBesideBenchmark(const WCHAR *name)
+{
+    WCHAR path[MAX_PATH + 64];
+    DWORD n = GetModuleFileNameW(nullptr, path, MAX_PATH);
+    while (n > 0 && path[n - 1] != L'\\' && path[n - 1] != L'/')
+        n--;
+    lstrcpyW(path + n, name);
+    return FileSize(path);
 }

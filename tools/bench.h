@@ -19,11 +19,11 @@ std::wstring BenchLogFolder(const std::wstring &root);
 
 double NowMicroseconds();
 
-// Prints the median, mean and minimum of the times.
-void ReportTimes(const char *what, std::vector<double> &times);
+// Prints the median, mean and minimum of the times; returns the median.
+double ReportTimes(const char *what, std::vector<double> &times);
 
-// Times `rounds` runs of `step`, one by one.
-template <typename Step> void Measure(const char *what, int rounds, Step step)
+// Times `rounds` runs of `step`, one by one; returns the median.
+template <typename Step> double Measure(const char *what, int rounds, Step step)
 {
     std::vector<double> times;
     times.reserve(rounds);
@@ -32,7 +32,7 @@ template <typename Step> void Measure(const char *what, int rounds, Step step)
         step();
         times.push_back(NowMicroseconds() - start);
     }
-    ReportTimes(what, times);
+    return ReportTimes(what, times);
 }
 
 // A month with traffic in every hour: 31 x 24 records in time order, as the
@@ -40,3 +40,6 @@ template <typename Step> void Measure(const char *what, int rounds, Step step)
 void WriteFullMonth(int year, int month, void (*values)(int month, int day, int hour, TrafficLogRecord *record));
 
 DWORD FileSize(const WCHAR *path);
+
+// The size of `name` in the benchmark's own folder (the build's), 0 when it is not there.
+DWORD SizeBesideBenchmark(const WCHAR *name);

@@ -1,15 +1,11 @@
-// export.h: the CSV export dialog and the export of a date range.
+// export.h: the CSV export of a date range of the traffic log.
 #pragma once
 
 #include <windows.h>
 
-#define EXPORT_PATH_CHARS 255   // the edit holds at most 254 characters
-
 struct ExportDate {
     int year, month, day;
 };
-
-INT_PTR CALLBACK ExportDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 
 // True when `to` lies before `from`; a range of one day is valid.
 bool ExportRangeReversed(const ExportDate &from, const ExportDate &to);

@@ -1,25 +1,29 @@
 // logwriter.cpp: the traffic log writer: one record per local day and hour, found or appended every tick.
 #include "trafficlog/trafficlog.h"
-#include "item/item.h"
 #include "platform/platform.h"
 
 #include <shlobj.h>
+#include <string.h>
 
 // A read that fails is tried again at once, but not for ever: after this many
 // failures in a row the tick's increments are dropped, as a failed open drops
 // them.
 static const int kReadAttempts = 3;
 
+// A full month is 744 records; one read takes it all, a larger (damaged)
+// file takes a few.
+static const DWORD kChunkBytes = 744 * sizeof(TrafficLogRecord);
+
 void TrafficLogPath(int year, int month, WCHAR *path)
 {
     WCHAR name[16];
     wsprintfW(name, L"\\%04d%02d.log", year, month);
-    int folder = lstrlenW(g_item.dataFolder), length = lstrlenW(name);
+    int folder = lstrlenW(TrafficLogFolder), length = lstrlenW(name);
     if (folder + length >= MAX_PATH) {
         path[0] = 0;
         return;
     }
-    lstrcpyW(path, g_item.dataFolder);
+    lstrcpyW(path, TrafficLogFolder);
     lstrcpyW(path + folder, name);
 }
 
@@ -52,21 +56,29 @@ void LogTraffic(HWND owner, DWORD received, DWORD transmitted)
     if (!file || file == INVALID_HANDLE_VALUE)
         return;
 
-    // One record buffer for the whole scan: a cut tail is read over the
-    // previous record's bytes, matches nothing, and the new record goes after
-    // it. Keep it so; readers see the same file.
+    // The month is read in a few large reads and searched in memory; every
+    // read is walked 12 bytes at a time as if it had been read so. One record
+    // buffer for the whole scan: a cut tail is laid over the previous
+    // record's bytes and, unless it names this hour, matches nothing, and
+    // the new record goes after it. Keep it so; readers see the same file.
+    BYTE month[kChunkBytes];
     TrafficLogRecord record = {};
     DWORD written = 0;
     int failures = 0;
     for (;;) {
         DWORD got = 0;
-        BOOL ok = ReadFile(file, &record, sizeof record, &got, nullptr);
-        if (got > 0 && record.day == (int)now.wDay && record.hour == (int)now.wHour) {
-            record.received += received;
-            record.transmitted += transmitted;
-            SetFilePointer(file, -(LONG)got, nullptr, FILE_CURRENT);
-            WriteFile(file, &record, sizeof record, &written, nullptr);
-            break;
+        BOOL ok = ReadFile(file, month, sizeof month, &got, nullptr);
+        for (DWORD at = 0; at < got; at += sizeof record) {
+            DWORD n = got - at < sizeof record ? got - at : (DWORD)sizeof record;
+            memcpy(&record, month + at, n);
+            if (record.day == (int)now.wDay && record.hour == (int)now.wHour) {
+                record.received += received;
+                record.transmitted += transmitted;
+                SetFilePointer(file, -(LONG)(got - at), nullptr, FILE_CURRENT);
+                WriteFile(file, &record, sizeof record, &written, nullptr);
+                CloseHandle(file);
+                return;
+            }
         }
         if (!ok) {
             if (++failures >= kReadAttempts)
@@ -80,7 +92,14 @@ void LogTraffic(HWND owner, DWORD received, DWORD transmitted)
             fresh.hour = (signed char)now.wHour;
             fresh.received = received;
             fresh.transmitted = transmitted;
-            WriteFile(file, &fresh, sizeof fresh, &written, nullptr);
+            // A full disk may take part of the record: cut it off again, or
+            // it would misalign every record appended after it.
+            if (!WriteFile(file, &fresh, sizeof fresh, &written, nullptr) || written != sizeof fresh) {
+                if (written > 0 && written < sizeof fresh) {
+                    SetFilePointer(file, -(LONG)written, nullptr, FILE_CURRENT);
+                    SetEndOfFile(file);
+                }
+            }
             break;
         }
     }

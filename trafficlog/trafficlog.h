@@ -16,6 +16,11 @@ struct TrafficLogRecord {
 #pragma pack(pop)
 static_assert(sizeof(TrafficLogRecord) == 12, "a log record is 12 bytes");
 
+// The folder of the monthly logs, without a trailing separator: the item's
+// InstallDir, which the item points this at. The store knows no more of the
+// item than this.
+extern const WCHAR *const TrafficLogFolder;
+
 // The full path of a month's log in the item's data folder, into a buffer of
 // MAX_PATH characters. A folder too long to leave room for the name gives an
 // empty path, which no open finds.

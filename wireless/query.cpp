@@ -1,6 +1,5 @@
 // query.cpp: the wireless adapter's name and signal through the driver, and the channel rule.
 #include "wireless/wireless.h"
-#include "item/item.h"
 #include "platform/platform.h"
 #include "platform/wireless.h"
 
@@ -93,15 +92,15 @@ bool SetWirelessOid(WirelessSession *session, DWORD oid)
 // the caller's to fill.
 static void ShiftSignalHistory()
 {
-    memmove(g_item.signalHistory, g_item.signalHistory + 1,
-            (SIGNAL_HISTORY_SIZE - 1) * sizeof g_item.signalHistory[0]);
+    memmove(SignalState.history, SignalState.history + 1,
+            (SIGNAL_HISTORY_SIZE - 1) * sizeof SignalState.history[0]);
 }
 
 static int NoWireless()
 {
-    g_item.signalHistory[SIGNAL_HISTORY_SIZE - 1] = NO_SIGNAL;
-    if (g_item.signalTiming) {
-        g_item.signalTiming = false;
+    SignalState.history[SIGNAL_HISTORY_SIZE - 1] = NO_SIGNAL;
+    if (*SignalState.seen) {
+        *SignalState.seen = false;
         WirelessLostValue = WirelessSinceTick - platform::GetTickCount();
     }
     return 0;
@@ -109,7 +108,7 @@ static int NoWireless()
 
 int QuerySignal()
 {
-    g_item.signalDbm = NO_SIGNAL;
+    *SignalState.dbm = NO_SIGNAL;
     HANDLE device = platform::OpenWirelessDevice();
     if (!device) {
         ShiftSignalHistory();
@@ -130,22 +129,22 @@ int QuerySignal()
         return NoWireless();
     }
 
-    if (!g_item.signalTiming) {
-        g_item.signalTiming = true;
+    if (!*SignalState.seen) {
+        *SignalState.seen = true;
         WirelessSinceTick = platform::GetTickCount();
     }
 
     int reading = NO_SIGNAL;
     if (platform::QueryOid(device, name, OID_802_11_RSSI, buffer, WIRELESS_BUFFER_SIZE))
         reading = (LONG)ReadDword(OidData(buffer));
-    g_item.signalDbm = reading;
+    *SignalState.dbm = reading;
     ShiftSignalHistory();
-    g_item.signalHistory[SIGNAL_HISTORY_SIZE - 1] = reading;
+    SignalState.history[SIGNAL_HISTORY_SIZE - 1] = reading;
 
     // An adapter that is not associated still reports a level: the history
     // keeps it, the strip shows no signal.
     if (!platform::QueryOid(device, name, OID_802_11_BSSID, buffer, WIRELESS_BUFFER_SIZE))
-        g_item.signalDbm = NO_SIGNAL;
+        *SignalState.dbm = NO_SIGNAL;
     free(buffer);
     platform::CloseWirelessDevice(device);
     return 1;

@@ -5,9 +5,21 @@
 
 #define WIRELESS_NAME_CHARS 128
 #define NO_CHANNEL (-1)
+#define NO_SIGNAL (-200)            // a reading when there is none
+#define SIGNAL_HISTORY_SIZE 40
 
-// The wireless adapter's comings and goings. WirelessSeen is the item's
-// signal timing flag (g_item.signalTiming), cleared at start-up.
+// Where QuerySignal keeps its readings: SignalDbm, SignalHistory (the last
+// SIGNAL_HISTORY_SIZE readings, oldest first) and WirelessSeen. They belong
+// to the item's state, which points these at its own fields; the layer knows
+// no more of the item.
+struct SignalReadings {
+    int *dbm;
+    int *history;
+    bool *seen;
+};
+extern const SignalReadings SignalState;
+
+// The wireless adapter's comings and goings; WirelessSeen is cleared at start-up.
 extern DWORD WirelessSinceTick;   // GetTickCount() when the adapter was first seen after an absence
 extern DWORD WirelessLostValue;   // WirelessSinceTick minus the tick count when it went; -1 until then
 

@@ -9,10 +9,12 @@ namespace {
 
 const WCHAR kProcProperty[] = L"QuorvaneDeviceDialogProc";
 
-// The dialog being created on this thread; its procedure is attached to the
-// window at the first message, before WM_INITDIALOG.
-thread_local DLGPROC t_pendingProc;
-thread_local HWND t_screen;
+// The dialog being created; its procedure is attached to the window at the
+// first message, before WM_INITDIALOG. Dialogs run on the one user-interface
+// thread; plain globals, as thread_local would link a threads library (20 KB)
+// into the DLL.
+DLGPROC t_pendingProc;
+HWND t_screen;
 
 const BYTE *SkipSzOrOrd(const BYTE *p)
 {

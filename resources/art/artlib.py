@@ -42,10 +42,12 @@ Image(width, height, color=TRANSPARENT)
     .crop(x, y, w, h) -> Image
 
 Writers:
-    save_bmp(img, path, background=(255,255,255))   24-bit BMP, bottom-up; alpha
-        is flattened onto background.
-    save_ico(path, [img, ...])   32-bit ICO, one entry per image (BGRA with
-        alpha plus a 1-bit AND mask, bit set where alpha < 128). Sizes up to
+    save_bmp(img, path, background=(255,255,255))   BMP, bottom-up, uncompressed;
+        alpha is flattened onto background. 4 or 8 bits with a colour table
+        when the image has few enough colours, else 24 bits (see bmp_depth).
+    save_ico(path, [img, ...])   ICO, one entry per image: 32-bit BGRA with
+        alpha plus a 1-bit AND mask (bit set where alpha < 128), or 4/8 bits
+        with a colour table and the mask when no pixel is half clear. Sizes up to
         255; width and height may differ (e.g. 32x16). Keep one image per
         resource id when the program draws icons at their natural size.
     save_png(img, path)          RGBA PNG (for previews and docs).
@@ -572,38 +574,74 @@ class Image:
 
 
 # ---- writers ----
-def save_bmp(img, path, background=(255, 255, 255)):
-    bg = rgb(background)
-    w, h = img.width, img.height
-    stride = (w * 3 + 3) & ~3
-    data = bytearray()
-    for y in range(h - 1, -1, -1):
-        row = bytearray()
-        for x in range(w):
+def _flatten(img, bg):
+    """The image's rows, top first, as (r, g, b) tuples with alpha laid onto bg."""
+    rows = []
+    for y in range(img.height):
+        row = []
+        for x in range(img.width):
             r, g, b, a = img.get(x, y)
             if a < 255:
                 t = a / 255.0
                 r = int(round(r * t + bg[0] * (1 - t)))
                 g = int(round(g * t + bg[1] * (1 - t)))
                 b = int(round(b * t + bg[2] * (1 - t)))
-            row += bytes((b, g, r))
-        row += b"\0" * (stride - len(row))
-        data += row
-    header = struct.pack("<2sIHHI", b"BM", 14 + 40 + len(data), 0, 0, 54)
-    info = struct.pack("<IiiHHIIiiII", 40, w, h, 1, 24, 0, len(data), 2835, 2835, 0, 0)
-    with open(path, "wb") as f:
-        f.write(header + info + data)
+            row.append((r, g, b))
+        rows.append(row)
+    return rows
 
 
-def _ico_entry_data(img):
+def bmp_depth(colors):
+    """The smallest depth of an uncompressed DIB that holds this many colours.
+
+    4 or 8 bits with a colour table, or 24 bits, all BI_RGB: these are what
+    Windows CE's LoadBitmap/LoadImage load (CE has no RLE decoding, and its
+    2-bit bitmaps do not load on the desktop). No 1-bit images: a black and
+    white one becomes a monochrome bitmap that takes the DC's text colours.
+    """
+    for bits in (4, 8):
+        if colors <= 1 << bits:
+            return bits
+    return 24
+
+
+def save_bmp(img, path, background=(255, 255, 255)):
+    bg = rgb(background)
     w, h = img.width, img.height
-    xor = bytearray()
-    for y in range(h - 1, -1, -1):
-        for x in range(w):
-            r, g, b, a = img.get(x, y)
-            if a == 0:
-                r = g = b = 0
-            xor += bytes((b, g, r, a))
+    rows = _flatten(img, bg)
+    palette = sorted({c for row in rows for c in row})
+    bits = bmp_depth(len(palette))
+    stride = ((w * bits + 31) // 32) * 4
+    table = b""
+    data = bytearray()
+    if bits == 24:
+        for row in reversed(rows):
+            line = bytearray()
+            for r, g, b in row:
+                line += bytes((b, g, r))
+            data += line + b"\0" * (stride - len(line))
+    else:
+        # A full table of 2^bits entries (biClrUsed 0): the plainest form of
+        # a palettized DIB; unused entries are black.
+        index = {c: i for i, c in enumerate(palette)}
+        entries = palette + [(0, 0, 0)] * ((1 << bits) - len(palette))
+        table = b"".join(bytes((b, g, r, 0)) for r, g, b in entries)
+        per_byte = 8 // bits
+        for row in reversed(rows):
+            line = bytearray(stride)
+            for x, c in enumerate(row):
+                shift = (per_byte - 1 - x % per_byte) * bits
+                line[x // per_byte] |= index[c] << shift
+            data += line
+    offset = 14 + 40 + len(table)
+    header = struct.pack("<2sIHHI", b"BM", offset + len(data), 0, 0, offset)
+    info = struct.pack("<IiiHHIIiiII", 40, w, h, 1, bits, 0, len(data), 2835, 2835, 0, 0)
+    with open(path, "wb") as f:
+        f.write(header + info + table + bytes(data))
+
+
+def _ico_mask(img):
+    w, h = img.width, img.height
     mstride = ((w + 31) // 32) * 4
     mask = bytearray()
     for y in range(h - 1, -1, -1):
@@ -612,19 +650,71 @@ def _ico_entry_data(img):
             if img.get(x, y)[3] < 128:
                 row[x // 8] |= 0x80 >> (x % 8)
         mask += row
-    info = struct.pack("<IiiHHIIiiII", 40, w, h * 2, 1, 32, 0, len(xor) + len(mask), 0, 0, 0, 0)
-    return info + bytes(xor) + bytes(mask)
+    return bytes(mask)
+
+
+def _ico_palette(img):
+    """The sorted colours of an icon whose pixels are all either opaque or
+    clear, with clear ones black; None when it has softer edges (those need
+    the alpha of 32 bits) or more than 256 colours."""
+    colors = set()
+    for y in range(img.height):
+        for x in range(img.width):
+            r, g, b, a = img.get(x, y)
+            if a not in (0, 255):
+                return None
+            colors.add((r, g, b) if a else (0, 0, 0))
+    return sorted(colors) if len(colors) <= 256 else None
+
+
+def _ico_entry_data(img):
+    """(bits, colour count for the directory, entry bytes) of one icon image.
+
+    Icons whose pixels are all opaque or clear get 4 or 8 bits with a
+    colour table and the AND mask, as every Windows CE icon loader reads
+    them; the same pixels, a quarter of the bytes or less. Soft-edged ones
+    stay 32-bit BGRA with the mask.
+    """
+    w, h = img.width, img.height
+    mask = _ico_mask(img)
+    palette = _ico_palette(img)
+    if palette is None:
+        xor = bytearray()
+        for y in range(h - 1, -1, -1):
+            for x in range(w):
+                r, g, b, a = img.get(x, y)
+                if a == 0:
+                    r = g = b = 0
+                xor += bytes((b, g, r, a))
+        info = struct.pack("<IiiHHIIiiII", 40, w, h * 2, 1, 32, 0, len(xor) + len(mask), 0, 0, 0, 0)
+        return 32, 0, info + bytes(xor) + mask
+    bits = bmp_depth(len(palette))
+    index = {c: i for i, c in enumerate(palette)}
+    entries = palette + [(0, 0, 0)] * ((1 << bits) - len(palette))
+    table = b"".join(bytes((b, g, r, 0)) for r, g, b in entries)
+    stride = ((w * bits + 31) // 32) * 4
+    per_byte = 8 // bits
+    xor = bytearray()
+    for y in range(h - 1, -1, -1):
+        line = bytearray(stride)
+        for x in range(w):
+            r, g, b, a = img.get(x, y)
+            c = (r, g, b) if a else (0, 0, 0)
+            line[x // per_byte] |= index[c] << ((per_byte - 1 - x % per_byte) * bits)
+        xor += line
+    info = struct.pack("<IiiHHIIiiII", 40, w, h * 2, 1, bits, 0, len(xor) + len(mask), 0, 0, 0, 0)
+    return bits, (1 << bits) & 0xFF, info + table + bytes(xor) + mask
 
 
 def save_ico(path, images):
-    blobs = [_ico_entry_data(im) for im in images]
+    entries = [_ico_entry_data(im) for im in images]
     out = bytearray(struct.pack("<HHH", 0, 1, len(images)))
     offset = 6 + 16 * len(images)
-    for im, blob in zip(images, blobs):
-        out += struct.pack("<BBBBHHII", im.width & 0xFF, im.height & 0xFF, 0, 0, 1, 32,
+    for im, (bits, count, blob) in zip(images, entries):
+        out += struct.pack("<BBBBHHII", im.width & 0xFF, im.height & 0xFF, count, 0, 1, bits,
                            len(blob), offset)
         offset += len(blob)
-    for blob in blobs:
+    for _, _, blob in entries:
         out += blob
     with open(path, "wb") as f:
         f.write(bytes(out))
