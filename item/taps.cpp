@@ -5,6 +5,7 @@
 #include "platform/platform.h"
 #include "resources/resource.h"
 #include "charts/charts.h"
+#include "adapters/adapters.h"
 #include "wireless/tools.h"
 
 namespace {
@@ -25,12 +26,12 @@ const Target kTargets[] = {
     {kTargetScanner, 145, 161, IDD_SCANNER, IDD_SCANNER_WIDE, ScannerDlgProc, nullptr},
     {kTargetCard, 164, 180, IDD_CARD, 0, CardDetailsDlgProc, nullptr},
     {kTargetUsage, 69, 85, IDD_USAGE, IDD_USAGE_WIDE, UsageDlgProc, nullptr},
-    {kTargetDhcp, 88, 104, IDD_DHCP, 0, nullptr, nullptr},
+    {kTargetDhcp, 88, 104, IDD_DHCP, 0, DhcpDlgProc, nullptr},
     {kTargetPing, 107, 123, IDD_PING, IDD_PING_WIDE, nullptr, nullptr},
     {kTargetIntruder, 183, 199, IDD_INTRUDER, 0, nullptr, nullptr},
     {kTargetApplet17, 202, 218, 0, 0, nullptr, L"cplmain.cpl,17"},
     {kTargetApplet19, 221, 237, 0, 0, nullptr, L"cplmain.cpl,19"},
-    {kTargetAdapter, 126, 142, IDD_ADAPTER, IDD_ADAPTER_WIDE, nullptr, nullptr},
+    {kTargetAdapter, 126, 142, IDD_ADAPTER, IDD_ADAPTER_WIDE, AdapterDetailsDlgProc, nullptr},
     {kTargetLiveGraph, -1, -1, IDD_LIVEGRAPH, 0, LiveGraphDlgProc, nullptr},
 };
 

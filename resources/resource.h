@@ -149,6 +149,28 @@
 #define IDI_HOST_INTRUDER        186
 #define IDI_HOST_SAFE            187
 
+// Adapter details (IDD_ADAPTER, IDD_ADAPTER_WIDE above) and DHCP (IDD_DHCP above): their controls.
+#define IDC_ADAPTER_TITLE        1014
+#define IDC_ADAPTER_MAC          1015
+#define IDC_ADAPTER_TYPE         1016
+#define IDC_ADAPTER_SPEED        1017
+#define IDC_ADAPTER_IP           1018
+#define IDC_ADAPTER_MASK         1019
+#define IDC_ADAPTER_GATEWAY      1020
+#define IDC_ADAPTER_DNS1         1021
+#define IDC_ADAPTER_DNS2         1036   // portrait only
+#define IDC_ADAPTER_WINS1        1022
+#define IDC_ADAPTER_WINS2        1035   // portrait only
+#define IDC_DHCP_TITLE           1001
+#define IDC_DHCP_IP              1023
+#define IDC_DHCP_REAL_IP         1083
+#define IDC_DHCP_DETECT          1084
+#define IDC_DHCP_SERVER          1002
+#define IDC_DHCP_OBTAINED        1003
+#define IDC_DHCP_EXPIRES         1004
+#define IDC_DHCP_RELEASE         1005
+#define IDC_DHCP_RENEW           1006
+
 // Wireless tools (IDD_CARD, IDD_SIGNAL, IDD_SCANNER, IDD_SCANNER_WIDE above): their controls.
 #define IDC_CARD_BEACON          1049
 #define IDC_CARD_ATIM            1050

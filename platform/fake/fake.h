@@ -48,6 +48,19 @@ struct Adapter {
     UINT type;                 // MIB_IF_TYPE_*
     DWORD index;
     DWORD inOctets, outOctets;
+
+    // Addressing, for the adapter and DHCP tools; left out, a record reads as
+    // before: DHCP on, no addresses, the name as the description.
+    const char *description;   // null: the name
+    std::vector<BYTE> mac;     // AddressLength and Address
+    std::string ip, mask, gateway, dhcpServer;
+    bool dhcpOff;
+    DWORD leaseObtained, leaseExpires;   // Unix seconds
+    bool haveWins;
+    std::string wins1, wins2;
+    UINT ifType;               // GetIfEntry's dwType; 0: `type`
+    DWORD speed;
+    std::vector<std::string> dns;
 };
 
 struct Device {

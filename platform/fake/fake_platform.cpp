@@ -1,5 +1,6 @@
 // fake_platform.cpp: a device whose every answer a test sets.
 #include "platform/fake/fake.h"
+#include "platform/fake/fake_net.h"
 #include "platform/fake/fake_shell.h"
 #include "platform/fake/fake_wireless.h"
 
@@ -100,6 +101,7 @@ void Reset(const std::wstring &root)
     g_device.dialogAnswer = IDOK;
     ResetWireless();
     ResetShell();
+    ResetNet();
 }
 
 COLORREF ScreenPixel(int x, int y)
@@ -240,6 +242,7 @@ DWORD GetAdaptersInfo(PIP_ADAPTER_INFO info, PULONG size)
         r.Type = a.type;
         r.Index = a.index;
         r.DhcpEnabled = 1;
+        fake::FillAddressing(a, r);
     }
     return NO_ERROR;
 }
@@ -272,7 +275,8 @@ DWORD GetIfEntry(PMIB_IFROW row)
         return ERROR_NOT_SUPPORTED;
     for (const fake::Adapter &a : g_device.adapters) {
         if (a.index == row->dwIndex) {
-            row->dwType = a.type;
+            row->dwType = a.ifType ? a.ifType : a.type;
+            row->dwSpeed = a.speed;
             row->dwInOctets = a.inOctets;
             row->dwOutOctets = a.outOctets;
             return NO_ERROR;

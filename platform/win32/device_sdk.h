@@ -139,3 +139,17 @@ typedef struct _NDISUIO_QUERY_OID {
     PTCHAR ptcDeviceName;
     UCHAR Data[sizeof(ULONG)];  // the value runs on to the end of the buffer
 } NDISUIO_QUERY_OID, *PNDISUIO_QUERY_OID, NDISUIO_SET_OID, *PNDISUIO_SET_OID;
+
+// ---- Connection manager (cellcore.dll) ----
+// The records are the program's too (platform/connmgr.h); the calls are the device's alone.
+#ifdef _WIN32_WCE
+#include "platform/connmgr.h"
+
+extern "C" {
+HRESULT WINAPI ConnMgrEstablishConnection(CONNMGR_CONNECTIONINFO *pConnInfo, HANDLE *phConnection);
+HRESULT WINAPI ConnMgrConnectionStatus(HANDLE hConnection, DWORD *pdwStatus);
+HRESULT WINAPI ConnMgrReleaseConnection(HANDLE hConnection, LONG lCache);
+HRESULT WINAPI ConnMgrProviderMessage(HANDLE hConnection, const GUID *pguidProvider, DWORD *pdwIndex,
+                                      DWORD dwMsg1, DWORD dwMsg2, PBYTE pParams, ULONG cbParamSize);
+}
+#endif

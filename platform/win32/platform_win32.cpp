@@ -223,8 +223,13 @@ DWORD GetAdaptersInfo(PIP_ADAPTER_INFO info, PULONG size)
 {
     DWORD result = ::GetAdaptersInfo(info, size);
 #ifndef _WIN32_WCE
-    if (result == NO_ERROR && info)
+    if (result == NO_ERROR && info) {
         ArrangeDesktopAdapters(info);
+        // The desktop leaves the current address unset (reserved there); the
+        // device points it at the adapter's address, as here.
+        for (IP_ADAPTER_INFO *a = info; a; a = a->Next)
+            a->CurrentIpAddress = &a->IpAddressList;
+    }
 #endif
     return result;
 }
