@@ -106,11 +106,11 @@ TEST_F(TapTest, EachTapOpensItsDialogOrApplet)
         {240, 320, 10, 10, IDD_LIVEGRAPH},    {480, 640, 91, 36, IDD_LIVEGRAPH},  {240, 320, 50, 3, 0},
         {240, 320, 69, 4, IDD_USAGE},         {320, 240, 85, 20, IDD_USAGE_WIDE}, {480, 480, 138, 36, IDD_USAGE_WIDE},
         {480, 640, 170, 4, IDD_USAGE},
-        // Tools not built yet: nothing.
         {240, 320, 88, 10, IDD_DHCP},         {320, 240, 104, 20, IDD_DHCP},      {240, 320, 126, 10, IDD_ADAPTER},
         {320, 240, 142, 20, IDD_ADAPTER_WIDE},
         {240, 320, 50, 10, IDD_SIGNAL}, {240, 320, 145, 10, IDD_SCANNER}, {320, 240, 161, 20, IDD_SCANNER_WIDE},
         {480, 640, 360, 36, IDD_CARD},
+        // Tools not built yet: nothing.
         {240, 320, 107, 10, 0}, {240, 320, 183, 10, 0},
         {240, 320, 202, 4, 0, L"cplmain.cpl,17"}, {240, 320, 237, 20, 0, L"cplmain.cpl,19"},
         {480, 640, 404, 36, 0, L"cplmain.cpl,17"}, {480, 640, 474, 4, 0, L"cplmain.cpl,19"},
