@@ -7,6 +7,7 @@
 #include "charts/charts.h"
 #include "adapters/adapters.h"
 #include "diagnostics/diagnostics.h"
+#include "wireless/tools.h"
 
 namespace {
 
@@ -22,9 +23,9 @@ struct Target {
 };
 
 const Target kTargets[] = {
-    {kTargetSignal, 50, 66, IDD_SIGNAL, 0, nullptr, nullptr},
-    {kTargetScanner, 145, 161, IDD_SCANNER, IDD_SCANNER_WIDE, nullptr, nullptr},
-    {kTargetCard, 164, 180, IDD_CARD, 0, nullptr, nullptr},
+    {kTargetSignal, 50, 66, IDD_SIGNAL, 0, SignalViewDlgProc, nullptr},
+    {kTargetScanner, 145, 161, IDD_SCANNER, IDD_SCANNER_WIDE, ScannerDlgProc, nullptr},
+    {kTargetCard, 164, 180, IDD_CARD, 0, CardDetailsDlgProc, nullptr},
     {kTargetUsage, 69, 85, IDD_USAGE, IDD_USAGE_WIDE, UsageDlgProc, nullptr},
     {kTargetDhcp, 88, 104, IDD_DHCP, 0, DhcpDlgProc, nullptr},
     {kTargetPing, 107, 123, IDD_PING, IDD_PING_WIDE, PingDlgProc, nullptr},

@@ -195,3 +195,26 @@
 #define IDC_OPT_DELETE         1079
 #define IDC_OPT_ADAPTER        1007
 #define IDC_OPT_ADAPTER_ROWS   1011
+
+// Wireless tools (IDD_CARD, IDD_SIGNAL, IDD_SCANNER, IDD_SCANNER_WIDE above): their controls.
+#define IDC_CARD_BEACON          1049
+#define IDC_CARD_ATIM            1050
+#define IDC_CARD_FREQUENCY       1051
+#define IDC_CARD_CHANNEL         1057
+#define IDC_CARD_AUTH            1052
+#define IDC_CARD_NETTYPE         1053
+#define IDC_CARD_MODE            1055
+#define IDC_CARD_WEP             1056
+#define IDC_SIGNAL_STRENGTH      1067
+#define IDC_SIGNAL_STATUS        1068
+#define IDC_SCAN_SSID            1039
+#define IDC_SCAN_BSSID           1040
+#define IDC_SCAN_LIST            1059
+#define IDC_SCAN_SIGNAL          1045
+#define IDC_SCAN_WEP             1044
+#define IDC_SCAN_AP_BSSID        1042
+#define IDC_SCAN_CHANNEL         1043
+#define IDC_SCAN_MODE            1046
+#define IDC_SCAN_TYPE            1047
+#define IDC_SCAN_RATES           1048
+#define IDC_SCAN_OTHER_LIST      1041   // the secondary details path's list: in neither template

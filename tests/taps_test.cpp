@@ -2,10 +2,11 @@
 #include "tests/support.h"
 
 #include "adapters/adapters.h"
-#include "diagnostics/diagnostics.h"
 #include "charts/charts.h"
+#include "diagnostics/diagnostics.h"
 #include "item/strip.h"
 #include "resources/resource.h"
+#include "wireless/tools.h"
 
 using fake::g_device;
 
@@ -109,7 +110,8 @@ TEST_F(TapTest, EachTapOpensItsDialogOrApplet)
         {320, 240, 142, 20, IDD_ADAPTER_WIDE},
         {240, 320, 107, 10, IDD_PING},        {320, 240, 123, 20, IDD_PING_WIDE}, {480, 480, 214, 36, IDD_PING_WIDE},
         {240, 320, 183, 10, IDD_INTRUDER},    {640, 480, 398, 4, IDD_INTRUDER},
-        {240, 320, 50, 10, 0}, {240, 320, 145, 10, 0}, {240, 320, 164, 10, 0},
+        {240, 320, 50, 10, IDD_SIGNAL}, {240, 320, 145, 10, IDD_SCANNER}, {320, 240, 161, 20, IDD_SCANNER_WIDE},
+        {480, 640, 360, 36, IDD_CARD},
         {240, 320, 202, 4, 0, L"cplmain.cpl,17"}, {240, 320, 237, 20, 0, L"cplmain.cpl,19"},
         {480, 640, 404, 36, 0, L"cplmain.cpl,17"}, {480, 640, 474, 4, 0, L"cplmain.cpl,19"},
         {480, 640, 475, 4, 0},
@@ -125,12 +127,17 @@ TEST_F(TapTest, EachTapOpensItsDialogOrApplet)
         if (c.tpl) {
             EXPECT_EQ(c.tpl, LastTemplate());
             EXPECT_EQ(item_, g_device.dialogs[0].owner);
-            DLGPROC proc = c.tpl == IDD_LIVEGRAPH ? (DLGPROC)LiveGraphDlgProc
-                           : c.tpl == IDD_DHCP   ? (DLGPROC)DhcpDlgProc
-                           : c.tpl == IDD_ADAPTER || c.tpl == IDD_ADAPTER_WIDE ? (DLGPROC)AdapterDetailsDlgProc
-                           : c.tpl == IDD_PING || c.tpl == IDD_PING_WIDE ? (DLGPROC)PingDlgProc
-                           : c.tpl == IDD_INTRUDER ? (DLGPROC)IntruderDlgProc
-                                                 : (DLGPROC)UsageDlgProc;
+            const struct { int tpl; DLGPROC proc; } procs[] = {
+                {IDD_LIVEGRAPH, LiveGraphDlgProc}, {IDD_USAGE, UsageDlgProc}, {IDD_USAGE_WIDE, UsageDlgProc},
+                {IDD_DHCP, DhcpDlgProc}, {IDD_ADAPTER, AdapterDetailsDlgProc},
+                {IDD_ADAPTER_WIDE, AdapterDetailsDlgProc}, {IDD_PING, PingDlgProc}, {IDD_PING_WIDE, PingDlgProc},
+                {IDD_INTRUDER, IntruderDlgProc}, {IDD_SIGNAL, SignalViewDlgProc}, {IDD_SCANNER, ScannerDlgProc},
+                {IDD_SCANNER_WIDE, ScannerDlgProc}, {IDD_CARD, CardDetailsDlgProc},
+            };
+            DLGPROC proc = nullptr;
+            for (auto &p : procs)
+                if (p.tpl == c.tpl)
+                    proc = p.proc;
             EXPECT_EQ(proc, g_device.dialogs[0].proc);
         }
         if (c.applet) {

@@ -41,6 +41,53 @@ void QueryBindingName(HANDLE device, BYTE *buffer, WCHAR *name)
         BindingNameFromRecord(buffer, WIRELESS_BUFFER_SIZE, name, WIRELESS_NAME_CHARS);
 }
 
+bool OpenWirelessSession(WirelessSession *session)
+{
+    session->buffer = nullptr;
+    session->name[0] = 0;
+    session->device = platform::OpenWirelessDevice();
+    if (!session->device)
+        return false;
+    session->buffer = static_cast<BYTE *>(calloc(1, WIRELESS_BUFFER_SIZE));
+    if (session->buffer)
+        QueryBindingName(session->device, session->buffer, session->name);
+    if (!session->name[0]) {
+        CloseWirelessSession(session);
+        return false;
+    }
+    return true;
+}
+
+void CloseWirelessSession(WirelessSession *session)
+{
+    free(session->buffer);
+    session->buffer = nullptr;
+    platform::CloseWirelessDevice(session->device);
+    session->device = nullptr;
+}
+
+bool QueryWirelessOid(WirelessSession *session, DWORD oid, const BYTE **value)
+{
+    if (!platform::QueryOid(session->device, session->name, oid, session->buffer, WIRELESS_BUFFER_SIZE))
+        return false;
+    *value = OidData(session->buffer);
+    return true;
+}
+
+bool QueryWirelessDword(WirelessSession *session, DWORD oid, DWORD *value)
+{
+    const BYTE *data;
+    if (!QueryWirelessOid(session, oid, &data))
+        return false;
+    *value = ReadDword(data);
+    return true;
+}
+
+bool SetWirelessOid(WirelessSession *session, DWORD oid)
+{
+    return platform::SetOid(session->device, session->name, oid, session->buffer, WIRELESS_BUFFER_SIZE) != FALSE;
+}
+
 // The history moves one place towards the oldest; the newest slot is then
 // the caller's to fill.
 static void ShiftSignalHistory()

@@ -39,3 +39,22 @@ int QuerySignal();
 // The channel of a DS configuration given in kHz or in units of 100 kHz
 // (adapters differ), or NO_CHANNEL.
 int ChannelFromFrequency(DWORD frequency);
+
+// One query's hold on the adapter: the device, the request buffer of
+// WIRELESS_BUFFER_SIZE bytes and the first adapter's name.
+struct WirelessSession {
+    HANDLE device;
+    BYTE *buffer;
+    WCHAR name[WIRELESS_NAME_CHARS];
+};
+
+// Opens the device, allocates the buffer and reads the binding name. False,
+// with nothing held, when there is no device, no memory or no adapter bound.
+bool OpenWirelessSession(WirelessSession *session);
+void CloseWirelessSession(WirelessSession *session);
+
+// One OID query of the session's adapter; the value is the start of the
+// answer, valid until the next request.
+bool QueryWirelessOid(WirelessSession *session, DWORD oid, const BYTE **value);
+bool QueryWirelessDword(WirelessSession *session, DWORD oid, DWORD *value);
+bool SetWirelessOid(WirelessSession *session, DWORD oid);

@@ -1,4 +1,4 @@
-// wireless_win32.cpp: the wireless driver: the device's NDIS user-mode I/O driver; none yet on a desktop.
+// wireless_win32.cpp: the wireless driver on the device: its NDIS user-mode I/O driver (the desktop's is wlan_win32.cpp).
 #include "platform/wireless.h"
 
 namespace platform {
@@ -45,34 +45,6 @@ BOOL QueryOid(HANDLE device, LPCWSTR name, NDIS_OID oid, BYTE *buffer, DWORD siz
 BOOL SetOid(HANDLE device, LPCWSTR name, NDIS_OID oid, BYTE *buffer, DWORD size)
 {
     return OidRequest(device, IOCTL_NDISUIO_SET_OID_VALUE, name, oid, buffer, size);
-}
-
-#else
-
-// A desktop has no NDIS user-mode I/O driver: it answers as a device
-// without a wireless adapter does.
-HANDLE OpenWirelessDevice()
-{
-    return nullptr;
-}
-
-void CloseWirelessDevice(HANDLE)
-{
-}
-
-BOOL QueryBinding(HANDLE, BYTE *, DWORD)
-{
-    return FALSE;
-}
-
-BOOL QueryOid(HANDLE, LPCWSTR, NDIS_OID, BYTE *, DWORD)
-{
-    return FALSE;
-}
-
-BOOL SetOid(HANDLE, LPCWSTR, NDIS_OID, BYTE *, DWORD)
-{
-    return FALSE;
 }
 
 #endif
