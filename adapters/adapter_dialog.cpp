@@ -81,7 +81,7 @@ void FillWins(HWND dialog, const IP_ADAPTER_INFO *a, bool landscape)
 
 void OpenAdapterDialog(HWND dialog)
 {
-    PlaceAdapterDialog(dialog);
+    PlaceToolDialog(dialog, true);
     if (!g_item.adapterName[0]) {
         if (!ChooseAdapter()) {
             SetDlgItemTextW(dialog, IDC_ADAPTER_TITLE, L"No adapter is available.");
@@ -94,20 +94,6 @@ void OpenAdapterDialog(HWND dialog)
 
 } // namespace
 
-void PlaceAdapterDialog(HWND dialog)
-{
-    IsLandscape();   // the screen may have turned since the item last looked
-    RECT rc;
-    GetWindowRect(dialog, &rc);
-    int w = rc.right - rc.left + 1, h = rc.bottom - rc.top + 1;
-    int taskbarHeight = 26;
-    RECT bar;
-    HWND taskbar = platform::FindWindowW(L"HHTaskBar", nullptr);
-    if (taskbar && GetWindowRect(taskbar, &bar))
-        taskbarHeight = bar.bottom - bar.top + 1;
-    int y = (g_item.screenHeight - h) / 2;
-    MoveWindow(dialog, (g_item.screenWidth - w) / 2, y > taskbarHeight ? y : taskbarHeight, w, h, FALSE);
-}
 
 void FillAdapterDetails(HWND dialog)
 {

@@ -9,9 +9,6 @@
 INT_PTR CALLBACK AdapterDetailsDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 INT_PTR CALLBACK DhcpDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 
-// Centred on the screen, one pixel larger each way, its top not above the
-// taskbar (26 when there is none). Refreshes the screen size first.
-void PlaceAdapterDialog(HWND dialog);
 // Fills the adapter details of the first Ethernet-type adapter, which becomes
 // the monitored one; stops at the first failure, leaving the rest blank.
 void FillAdapterDetails(HWND dialog);

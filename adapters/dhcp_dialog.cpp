@@ -157,7 +157,7 @@ INT_PTR CALLBACK DhcpDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARAM)
 {
     switch (message) {
     case WM_INITDIALOG:
-        PlaceAdapterDialog(dialog);
+        PlaceToolDialog(dialog, true);
         Refill(dialog);
         return TRUE;
     case WM_COMMAND:

@@ -123,12 +123,7 @@ void PaintGraph(HWND dialog)
 
 void OpenGraph(HWND dialog)
 {
-    IsLandscape();
-    RECT rc;
-    GetWindowRect(dialog, &rc);
-    int w = rc.right - rc.left, h = rc.bottom - rc.top;
-    MoveWindow(dialog, (g_item.screenWidth - (w + 1)) / 2, (g_item.screenHeight - (h + 1)) / 2, w + 1,
-               h + 1, FALSE);
+    PlaceToolDialog(dialog, false);
 
     g_graph.transmittedPen = CreatePen(PS_SOLID, 3, RGB(255, 0, 0));
     g_graph.receivedPen = CreatePen(PS_SOLID, 3, RGB(0, 0, 255));

@@ -21,24 +21,6 @@ namespace {
 const WCHAR kMonthFormat[] = L"MMM','yyy";
 const WCHAR kDayFormat[] = L"MMM' 'd','yyy";
 
-// Centred on the screen, one pixel larger each way, its top not above the taskbar.
-void PlaceDialog(HWND dialog)
-{
-    IsLandscape();   // the screen may have turned since the item last looked
-    RECT rc;
-    GetWindowRect(dialog, &rc);
-    int w = rc.right - rc.left + 1, h = rc.bottom - rc.top + 1;
-    int taskbarHeight = 26;
-    HWND taskbar = platform::FindWindowW(L"HHTaskBar", nullptr);
-    RECT tb;
-    if (taskbar && GetWindowRect(taskbar, &tb))
-        taskbarHeight = tb.bottom - tb.top + 1;
-    int x = (g_item.screenWidth - w) / 2;
-    int y = (g_item.screenHeight - h) / 2;
-    if (y < taskbarHeight)
-        y = taskbarHeight;
-    MoveWindow(dialog, x, y, w, h, FALSE);
-}
 
 void Repaint(HWND dialog)
 {
@@ -47,7 +29,7 @@ void Repaint(HWND dialog)
 
 void OpenDialog(HWND dialog)
 {
-    PlaceDialog(dialog);
+    PlaceToolDialog(dialog, true);
 
     SYSTEMTIME today;
     platform::GetLocalTime(&today);

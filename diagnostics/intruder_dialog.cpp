@@ -17,26 +17,6 @@ HIMAGELIST g_images = nullptr;
 const int kImageIntruder = 0;
 const int kImageSafe = 1;
 
-// Centred; in landscape its top stays below the taskbar.
-void PlaceDialog(HWND dialog)
-{
-    IsLandscape();   // refreshes the recorded screen size
-    RECT rc;
-    GetWindowRect(dialog, &rc);
-    int w = rc.right - rc.left + 1, h = rc.bottom - rc.top + 1;
-    int sw = g_item.screenWidth, sh = g_item.screenHeight;
-    int x = (sw - w) / 2, y = (sh - h) / 2;
-    if (sw >= sh) {
-        int taskbarHeight = 26;
-        HWND taskbar = platform::FindWindowW(L"HHTaskBar", nullptr);
-        RECT tb;
-        if (taskbar && GetWindowRect(taskbar, &tb))
-            taskbarHeight = tb.bottom - tb.top + 1;
-        if (y < taskbarHeight)
-            y = taskbarHeight;
-    }
-    MoveWindow(dialog, x, y, w, h, FALSE);
-}
 
 HWND List(HWND dialog)
 {
@@ -64,7 +44,7 @@ void OnInit(HWND dialog)
 {
     // No caption bar; the title only names the window to the desktop.
     SetWindowTextW(dialog, L"Intruder Detector");
-    PlaceDialog(dialog);
+    PlaceToolDialog(dialog, IsLandscape());   // in landscape its top stays below the taskbar
     EnableExport(dialog, false);
     ScanStopRequested = 0;
     HWND list = List(dialog);

@@ -67,6 +67,10 @@ void InitializeItemState();
 
 bool IsHiResScreen();
 bool IsLandscape();
+// Where a tool dialog goes: centred on the screen and one pixel larger each
+// way; with `belowTaskbar` its top stays under the "HHTaskBar" window (26
+// pixels when there is none).
+void PlaceToolDialog(HWND dialog, bool belowTaskbar);
 
 LRESULT CALLBACK ItemWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT QueryRefreshCache(HWND window, TODAYLISTITEM *item);

@@ -24,6 +24,25 @@ bool IsLandscape()
     return g_item.screenWidth >= g_item.screenHeight;
 }
 
+void PlaceToolDialog(HWND dialog, bool belowTaskbar)
+{
+    IsLandscape();   // the screen may have turned since the item last looked
+    RECT rc;
+    GetWindowRect(dialog, &rc);
+    int w = rc.right - rc.left + 1, h = rc.bottom - rc.top + 1;
+    int x = (g_item.screenWidth - w) / 2, y = (g_item.screenHeight - h) / 2;
+    if (belowTaskbar) {
+        int top = 26;
+        HWND taskbar = platform::FindWindowW(L"HHTaskBar", nullptr);
+        RECT bar;
+        if (taskbar && GetWindowRect(taskbar, &bar))
+            top = bar.bottom - bar.top + 1;
+        if (y < top)
+            y = top;
+    }
+    MoveWindow(dialog, x, y, w, h, FALSE);
+}
+
 static int Scale()
 {
     return IsHiResScreen() ? 2 : 1;

@@ -1,6 +1,7 @@
 // card_details.cpp: the wireless card details dialog: the adapter's radio settings, read once.
 #include "platform/text.h"
 #include "wireless/tools.h"
+#include "item/item.h"
 #include "wireless/wireless.h"
 #include "platform/wireless.h"
 #include "resources/resource.h"
@@ -72,7 +73,7 @@ INT_PTR CALLBACK CardDetailsDlgProc(HWND dialog, UINT message, WPARAM wParam, LP
 {
     switch (message) {
     case WM_INITDIALOG:
-        PlaceWirelessDialog(dialog, true);
+        PlaceToolDialog(dialog, true);
         // Found by its title from outside (tests, accessibility); shown nowhere.
         SetWindowTextW(dialog, L"Wireless Card Details");
         FillWirelessDetails(dialog);

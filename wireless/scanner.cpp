@@ -159,7 +159,7 @@ HIMAGELIST CreateSignalImages()
 
 void OpenScanner(HWND dialog)
 {
-    PlaceWirelessDialog(dialog, IsLandscape());
+    PlaceToolDialog(dialog, IsLandscape());
     SetWindowTextW(dialog, L"802.11 Scanner");   // found by its title from outside; shown nowhere
     ResetTable();
     HWND list = GetDlgItem(dialog, IDC_SCAN_LIST);

@@ -80,7 +80,7 @@ INT_PTR CALLBACK SignalViewDlgProc(HWND dialog, UINT message, WPARAM wParam, LPA
 {
     switch (message) {
     case WM_INITDIALOG:
-        PlaceWirelessDialog(dialog, true);
+        PlaceToolDialog(dialog, true);
         SetWindowTextW(dialog, L"Signal");   // found by its title from outside; shown nowhere
         ShowSignal(dialog);
         g_signalTimer = SetTimer(dialog, SIGNAL_TIMER_ID, SIGNAL_PERIOD_MS, nullptr) != 0;

@@ -7,10 +7,6 @@ INT_PTR CALLBACK CardDetailsDlgProc(HWND dialog, UINT message, WPARAM wParam, LP
 INT_PTR CALLBACK SignalViewDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 INT_PTR CALLBACK ScannerDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 
-// Centred on the screen and one pixel larger each way; with `belowTaskbar`
-// its top stays under the "HHTaskBar" window (26 pixels when there is none).
-void PlaceWirelessDialog(HWND dialog, bool belowTaskbar);
-
 // Card details: the adapter's radio settings into the dialog's value
 // controls, once; 0 when there is no wireless adapter.
 int FillWirelessDetails(HWND dialog);
