@@ -10,20 +10,6 @@
 
 namespace {
 
-LPCWSTR InterfaceTypeName(DWORD type)
-{
-    switch (type) {
-    case 1: return L"other";
-    case 6: return L"ethernet";
-    case 9: return L"token ring";
-    case 15: return L"fddi";
-    case 23: return L"ppp";
-    case 24: return L"loopback";
-    case 28: return L"slip";
-    }
-    return L"";
-}
-
 const IP_ADDR_STRING kNoAddress = {};
 
 // The current address entry; a platform that leaves it unset gives blanks.
@@ -93,6 +79,20 @@ void OpenAdapterDialog(HWND dialog)
 }
 
 } // namespace
+
+LPCWSTR InterfaceTypeName(DWORD type)
+{
+    switch (type) {
+    case 1: return L"other";
+    case 6: return L"ethernet";
+    case 9: return L"token ring";
+    case 15: return L"fddi";
+    case 23: return L"ppp";
+    case 24: return L"loopback";
+    case 28: return L"slip";
+    }
+    return L"";
+}
 
 
 void FillAdapterDetails(HWND dialog)

@@ -9,6 +9,8 @@
 INT_PTR CALLBACK AdapterDetailsDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 INT_PTR CALLBACK DhcpDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 
+// The name of an interface type ("ethernet", "ppp", …); empty for a type it does not know.
+LPCWSTR InterfaceTypeName(DWORD type);
 // Fills the adapter details of the first Ethernet-type adapter, which becomes
 // the monitored one; stops at the first failure, leaving the rest blank.
 void FillAdapterDetails(HWND dialog);

@@ -1,4 +1,5 @@
 // adapter_page.cpp: the options sheet's "Adapter" page: the monitored card and its properties.
+#include "adapters/adapters.h"
 #include "item/item.h"
 #include "options/options.h"
 #include "platform/platform.h"
@@ -8,20 +9,6 @@
 #include <commctrl.h>
 #include <stdlib.h>
 #include <string.h>
-
-static LPCWSTR AdapterTypeText(DWORD type)
-{
-    switch (type) {
-    case 1: return L"other";
-    case 6: return L"ethernet";
-    case 9: return L"token ring";
-    case 15: return L"fddi";
-    case 23: return L"ppp";
-    case 24: return L"loopback";
-    case 28: return L"slip";
-    }
-    return L"";
-}
 
 // Megabits are counted in 16 bits, as the device's own page does.
 static void FormatAdapterSpeed(DWORD speed, LPWSTR text, size_t size)
@@ -60,7 +47,7 @@ static void AddPropertyRows(HWND list, const IP_ADAPTER_INFO *adapter)
     ZeroMemory(&row, sizeof row);
     row.dwIndex = adapter->Index;
     if (platform::GetIfEntry(&row) == NO_ERROR) {
-        CopyText(value, AdapterTypeText(row.dwType), sizeof value / sizeof value[0]);
+        CopyText(value, InterfaceTypeName(row.dwType), sizeof value / sizeof value[0]);
         AddRow(list, L"Type", value);
         FormatAdapterSpeed(row.dwSpeed, value, sizeof value / sizeof value[0]);
         AddRow(list, L"Speed", value);
