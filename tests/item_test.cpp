@@ -1,5 +1,11 @@
 // item_test.cpp: start-up, settings and the Today screen's cache messages.
 #include "tests/support.h"
+#include "adapters/adapters.h"
+#include "charts/charts.h"
+#include "diagnostics/diagnostics.h"
+#include "resources/resource.h"
+#include "trafficlog/export_dialog.h"
+#include "wireless/tools.h"
 #include "wireless/wireless.h"
 
 namespace {
@@ -255,14 +261,53 @@ TEST_F(ItemWindow, EraseAsksTheTodayScreenForItsBackground)
     EXPECT_TRUE(g_lastWatermark.rc.right == 240 && g_lastWatermark.rc.bottom == 24);
 }
 
-TEST_F(ItemWindow, OtherMessagesAndTimersAnswerZero)
+TEST_F(ItemWindow, ToolDialogsAreCentredOneLargerAndSomeKeepBelowTheTaskbar)
 {
-    HWND item = CreateItem();
-    EXPECT_EQ(0, SendMessageW(item, WM_TIMER, 99, 0));
-    EXPECT_EQ(0, SendMessageW(item, WM_SETTEXT, 0, (LPARAM)L"x"));
-    WCHAR title[32];
-    InternalGetWindowText(item, title, 32);
-    EXPECT_STREQ(L"Quorvane", title);                        // not handed to the default procedure
+    // Where each tool puts itself on a screen only 10 pixels taller than it,
+    // in portrait and in landscape: centred (top 5), below a taskbar counted
+    // 26 high when there is none (top 26), or lifted 26 above the centre.
+    enum { kCentred, kBelow, kBelowInLandscape, kLifted, kExactSize };
+    const struct { int id; DLGPROC proc; int rule; } dialogs[] = {
+        {IDD_USAGE, UsageDlgProc, kBelow},           {IDD_LIVEGRAPH, LiveGraphDlgProc, kCentred},
+        {IDD_ADAPTER, AdapterDetailsDlgProc, kBelow}, {IDD_DHCP, DhcpDlgProc, kBelow},
+        {IDD_SIGNAL, SignalViewDlgProc, kBelow},     {IDD_CARD, CardDetailsDlgProc, kBelow},
+        {IDD_INTRUDER, IntruderDlgProc, kBelowInLandscape}, {IDD_SCANNER, ScannerDlgProc, kBelowInLandscape},
+        {IDD_PING, PingDlgProc, kLifted},            {IDD_EXPORT, ExportDlgProc, kExactSize},
+    };
+    for (auto d : dialogs) {
+        SIZE size = TemplateSize(d.id);
+        int grow = d.rule == kExactSize ? 0 : 1, w = size.cx + grow, h = size.cy + grow;
+        for (bool landscape : {false, true}) {
+            int screenH = h + 10, screenW = landscape ? screenH : screenH - 1;
+            fake::SetScreen(screenW, screenH);
+            IsLandscape();                                   // as the tap that opens it does
+            HWND dialog = CreateFromTemplate(d.id, d.proc);
+            RECT rc;
+            GetWindowRect(dialog, &rc);
+            DestroyWindow(dialog);
+            int top = d.rule == kBelow || (d.rule == kBelowInLandscape && landscape) ? 26 : d.rule == kLifted ? 5 - 26 : 5;
+            SCOPED_TRACE(testing::Message() << "dialog " << d.id << (landscape ? " in landscape" : " in portrait"));
+            EXPECT_EQ(w, rc.right - rc.left);
+            EXPECT_EQ(h, rc.bottom - rc.top);
+            EXPECT_EQ((screenW - w) / 2, rc.left);
+            EXPECT_EQ(top, rc.top);
+        }
+    }
+    // With a taskbar window 60 high the top keeps to 61; the lifted ping dialog ignores it.
+    fake::SetScreen(240, 320);
+    HWND taskbar = fake::g_device.taskbar =
+        CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 240, 60, nullptr, nullptr, nullptr, nullptr);
+    const struct { int id; DLGPROC proc; int top; } tall[] = {
+        {IDD_USAGE, UsageDlgProc, 61}, {IDD_PING, PingDlgProc, (320 - (int)TemplateSize(IDD_PING).cy - 1) / 2 - 26}};
+    for (auto d : tall) {
+        HWND dialog = CreateFromTemplate(d.id, d.proc);
+        RECT rc;
+        GetWindowRect(dialog, &rc);
+        DestroyWindow(dialog);
+        EXPECT_EQ(d.top, rc.top) << d.id;
+    }
+    DestroyWindow(taskbar);
+    fake::g_device.taskbar = nullptr;
 }
 
 } // namespace

@@ -181,22 +181,16 @@ TEST_F(LiveGraphDrawing, ColumnsOfTheRing)
 
 using LiveGraphDialog = DeviceTest;
 
-TEST_F(LiveGraphDialog, OpensCentredOnePixelLargerAndClosingStopsTheTimer)
+TEST_F(LiveGraphDialog, OpensWithRoomForTheGraphAndClosingStopsTheTimer)
 {
     fake::SetScreen(320, 240);
-    SIZE natural = TemplateSize(IDD_LIVEGRAPH);
     for (int close : {IDOK, IDCANCEL}) {   // the second opening starts afresh
         HWND dialog = CreateFromTemplate(IDD_LIVEGRAPH, LiveGraphDlgProc);
         EXPECT_EQ(320, g_item.screenWidth);   // refreshed on opening
         WCHAR title[32];
         GetWindowTextW(GetWindow(dialog, GW_CHILD), title, 32);
         EXPECT_STREQ(L"Traffic", title);
-        RECT rc, client, ok;
-        GetWindowRect(dialog, &rc);
-        EXPECT_EQ(natural.cx + 1, rc.right - rc.left);
-        EXPECT_EQ(natural.cy + 1, rc.bottom - rc.top);
-        EXPECT_EQ((320 - (natural.cx + 1)) / 2, rc.left);
-        EXPECT_EQ((240 - (natural.cy + 1)) / 2, rc.top);
+        RECT client, ok;
         // The painted surface fits inside, above the button, with the device's font metrics.
         GetClientRect(dialog, &client);
         EXPECT_GE(client.right, LIVEGRAPH_SURFACE_X + LIVEGRAPH_WIDTH);

@@ -9,8 +9,6 @@
 
 #include <commctrl.h>
 
-#include <algorithm>
-
 namespace {
 
 // The fake device's clock stands at 15 January 2026, 10:00.
@@ -19,7 +17,6 @@ protected:
     void TearDown() override
     {
         DestroyWindow(dialog_);
-        DestroyWindow(taskbar_);
         DeviceTest::TearDown();
     }
     void Open(int id = IDD_USAGE)
@@ -57,7 +54,6 @@ protected:
     }
 
     HWND dialog_ = nullptr;
-    HWND taskbar_ = nullptr;
 };
 
 TEST_F(UsageDialog, BothTemplatesOpenOnTodaysDailyChart)
@@ -84,25 +80,6 @@ TEST_F(UsageDialog, BothTemplatesOpenOnTodaysDailyChart)
         Paint();
         EXPECT_EQ(L"Daily Traffic for Jan 2026", Text(IDC_USAGE_TITLE)) << id;
         EXPECT_EQ(31, g_usage.slots) << id;
-    }
-}
-
-TEST_F(UsageDialog, CentredOneLargerAndNeverAboveTheTaskbar)
-{
-    SIZE natural = TemplateSize(IDD_USAGE);
-    int w = natural.cx + 1, h = natural.cy + 1;
-    // Without a taskbar window its height counts as 26; a window 60 high keeps the top at 61.
-    for (int barHeight : {0, 60}) {
-        if (barHeight)
-            fake::g_device.taskbar = taskbar_ =
-                CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 240, barHeight, nullptr, nullptr, nullptr, nullptr);
-        Open();
-        RECT rc;
-        GetWindowRect(dialog_, &rc);
-        EXPECT_EQ(w, rc.right - rc.left) << barHeight;
-        EXPECT_EQ(h, rc.bottom - rc.top) << barHeight;
-        EXPECT_EQ((240 - w) / 2, rc.left) << barHeight;
-        EXPECT_EQ(std::max((320 - h) / 2, barHeight ? 61 : 26), rc.top) << barHeight;
     }
 }
 
