@@ -71,6 +71,8 @@ enum StripTarget {
     kTargetLiveGraph,
 };
 
+// A tap's position: x in the low 16 bits and y in the high 16, each unsigned.
+POINT TapPoint(LPARAM position);
 // The icon row's hit (first step of a tap), or kTargetNone.
 int HitTestIconRow(int x, int y);
 // The graph area's hit (second step of a tap, whatever the first found).

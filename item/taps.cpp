@@ -107,13 +107,18 @@ void OpenTarget(HWND window, int target)
     platform::DialogBoxIndirectParamW(g_item.instance, dialogTemplate, window, t->proc, 0);
 }
 
+POINT TapPoint(LPARAM position)
+{
+    POINT at = {LOWORD(position), HIWORD(position)};
+    return at;
+}
+
 void OnTap(HWND window, LPARAM position)
 {
-    int x = LOWORD(position);
-    int y = HIWORD(position);
-    int target = HitTestIconRow(x, y);
+    POINT at = TapPoint(position);
+    int target = HitTestIconRow(at.x, at.y);
     if (target != kTargetNone)
         OpenTarget(window, target);
-    if (HitTestGraph(x, y))
+    if (HitTestGraph(at.x, at.y))
         OpenTarget(window, kTargetLiveGraph);
 }

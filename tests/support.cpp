@@ -2,7 +2,8 @@
 #include "tests/support.h"
 
 #include <commctrl.h>
-#include <stdio.h>
+
+#include <filesystem>
 
 int g_watermarkRequests;
 COLORREF g_watermarkColour = CLR_INVALID;
@@ -10,31 +11,13 @@ TODAYDRAWWATERMARKINFO g_lastWatermark;
 
 std::wstring TestRoot()
 {
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    wchar_t root[MAX_PATH];
-    swprintf(root, MAX_PATH, L"%squorvane-unit-%lu", temp, GetCurrentProcessId());
-    return root;
+    return (std::filesystem::temp_directory_path() / (L"quorvane-unit-" + std::to_wstring(GetCurrentProcessId()))).wstring();
 }
 
 void DeleteTree(const std::wstring &path)
 {
-    WIN32_FIND_DATAW fd;
-    HANDLE find = FindFirstFileW((path + L"\\*").c_str(), &fd);
-    if (find != INVALID_HANDLE_VALUE) {
-        do {
-            std::wstring name = fd.cFileName;
-            if (name == L"." || name == L"..")
-                continue;
-            std::wstring child = path + L"\\" + name;
-            if (fd.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
-                DeleteTree(child);
-            else
-                DeleteFileW(child.c_str());
-        } while (FindNextFileW(find, &fd));
-        FindClose(find);
-    }
-    RemoveDirectoryW(path.c_str());
+    std::error_code ignored;
+    std::filesystem::remove_all(std::filesystem::path(path), ignored);
 }
 
 void DeleteItemKey()
@@ -52,18 +35,12 @@ void Canvas::Make(int w, int h)
 {
     width = w;
     height = h;
-    BITMAPINFO bi = {};
-    bi.bmiHeader.biSize = sizeof bi.bmiHeader;
-    bi.bmiHeader.biWidth = w;
-    bi.bmiHeader.biHeight = -h;
-    bi.bmiHeader.biPlanes = 1;
-    bi.bmiHeader.biBitCount = 32;
+    BITMAPINFO bi = {{sizeof(BITMAPINFOHEADER), w, -h, 1, 32}};
     void *bits = nullptr;
     dc = CreateCompatibleDC(nullptr);
     bitmap = CreateDIBSection(nullptr, &bi, DIB_RGB_COLORS, &bits, nullptr, 0);
     old = SelectObject(dc, bitmap);
-    RECT rc = {0, 0, w, h};
-    FillRect(dc, &rc, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+    PatBlt(dc, 0, 0, w, h, WHITENESS);
 }
 
 void Canvas::Free()
@@ -77,78 +54,63 @@ void Canvas::Free()
     bitmap = nullptr;
 }
 
-std::vector<COLORREF> Canvas::Pixels() const
+std::vector<COLORREF> Pixels(HDC dc, int x0, int y0, int w, int h)
 {
     std::vector<COLORREF> v;
-    for (int y = 0; y < height; y++)
-        for (int x = 0; x < width; x++)
-            v.push_back(At(x, y));
+    for (int y = y0; y < y0 + h; y++)
+        for (int x = x0; x < x0 + w; x++)
+            v.push_back(GetPixel(dc, x, y));
     return v;
 }
 
-std::vector<COLORREF> Canvas::Square(int x0, int y0, int side) const
+void Fill(HDC dc, int left, int top, int right, int bottom, COLORREF colour)
 {
-    std::vector<COLORREF> v;
-    for (int y = y0; y < y0 + side; y++)
-        for (int x = x0; x < x0 + side; x++)
-            v.push_back(At(x, y));
-    return v;
+    HBRUSH brush = CreateSolidBrush(colour);
+    RECT rc = {left, top, right, bottom};
+    FillRect(dc, &rc, brush);
+    DeleteObject(brush);
 }
 
 std::vector<COLORREF> IconOver(COLORREF background, int id, int side)
 {
     Canvas c;
     c.Make(side, side);
-    HBRUSH brush = CreateSolidBrush(background);
-    RECT rc = {0, 0, side, side};
-    FillRect(c.dc, &rc, brush);
-    DeleteObject(brush);
+    Fill(c.dc, 0, 0, side, side, background);
     HICON icon = (HICON)LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_ICON, side, side, 0);
     EXPECT_NE(nullptr, icon) << id;
     DrawIconEx(c.dc, 0, 0, icon, side, side, 0, nullptr, DI_NORMAL);
     DestroyIcon(icon);
-    std::vector<COLORREF> v = c.Pixels();
-    c.Free();
-    return v;
+    return c.Pixels();
 }
 
 static LRESULT CALLBACK ParentProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (message == TODAYM_DRAWWATERMARK) {
-        g_watermarkRequests++;
-        g_lastWatermark = *reinterpret_cast<TODAYDRAWWATERMARKINFO *>(lParam);
-        if (g_watermarkColour != CLR_INVALID) {
-            HBRUSH brush = CreateSolidBrush(g_watermarkColour);
-            FillRect(g_lastWatermark.hdc, &g_lastWatermark.rc, brush);
-            DeleteObject(brush);
-        }
-        return 1;
-    }
-    return DefWindowProcW(window, message, wParam, lParam);
+    if (message != TODAYM_DRAWWATERMARK)
+        return DefWindowProcW(window, message, wParam, lParam);
+    g_watermarkRequests++;
+    g_lastWatermark = *reinterpret_cast<TODAYDRAWWATERMARKINFO *>(lParam);
+    const RECT &rc = g_lastWatermark.rc;
+    if (g_watermarkColour != CLR_INVALID)
+        Fill(g_lastWatermark.hdc, rc.left, rc.top, rc.right, rc.bottom, g_watermarkColour);
+    return 1;
 }
 
 HWND CreateParentWindow()
 {
-    static bool registered;
-    if (!registered) {
-        WNDCLASSW wc = {};
-        wc.lpfnWndProc = ParentProc;
-        wc.hInstance = GetModuleHandleW(nullptr);
-        wc.lpszClassName = L"QuorvaneTestParent";
-        RegisterClassW(&wc);
-        registered = true;
-    }
+    static WNDCLASSW wc = {0, ParentProc, 0, 0, GetModuleHandleW(nullptr), nullptr, nullptr, nullptr, nullptr,
+                           L"QuorvaneTestParent"};
+    static ATOM registered = RegisterClassW(&wc);
+    (void)registered;
     g_watermarkRequests = 0;
     g_watermarkColour = CLR_INVALID;
-    return CreateWindowExW(0, L"QuorvaneTestParent", L"parent", WS_POPUP, 0, 0, 480, 640, nullptr,
-                           nullptr, GetModuleHandleW(nullptr), nullptr);
+    return CreateWindowExW(0, wc.lpszClassName, L"parent", WS_POPUP, 0, 0, 480, 640, nullptr, nullptr, wc.hInstance,
+                           nullptr);
 }
 
 void DeviceTest::SetUp()
 {
-    std::wstring root = TestRoot();
-    DeleteTree(root);
-    fake::Reset(root);
+    DeleteTree(TestRoot());
+    fake::Reset(TestRoot());
     DeleteItemKey();
     Attach();
 }
@@ -171,20 +133,14 @@ HWND DeviceTest::CreateItem(bool enabled)
     lstrcpyW(tli_.szName, L"Quorvane");
     tli_.tlit = tlitCustom;
     tli_.fEnabled = enabled;
-    item_ = InitializeCustomItem(&tli_, parent_);
-    return item_;
+    return item_ = InitializeCustomItem(&tli_, parent_);
 }
 
 void DeviceTest::TearDown()
 {
-    if (item_) {
-        ClearCache(item_);
-        DestroyWindow(item_);
-    } else {
-        ClearCache(nullptr);
-    }
-    if (parent_)
-        DestroyWindow(parent_);
+    ClearCache(item_);
+    DestroyWindow(item_);
+    DestroyWindow(parent_);
     item_ = parent_ = nullptr;
     DetachModule();
     DeleteItemKey();
@@ -200,10 +156,9 @@ int main(int argc, char **argv)
 
 LPCDLGTEMPLATE DialogTemplate(int id)
 {
-    HINSTANCE instance = GetModuleHandleW(nullptr);
-    HRSRC found = FindResourceW(instance, MAKEINTRESOURCEW(id), RT_DIALOG);
+    HRSRC found = FindResourceW(nullptr, MAKEINTRESOURCEW(id), RT_DIALOG);
     EXPECT_NE(nullptr, found) << "dialog template " << id;
-    return found ? static_cast<LPCDLGTEMPLATE>(LockResource(LoadResource(instance, found))) : nullptr;
+    return found ? static_cast<LPCDLGTEMPLATE>(LockResource(LoadResource(nullptr, found))) : nullptr;
 }
 
 HWND CreateFromTemplate(int id, DLGPROC proc)
@@ -224,13 +179,7 @@ SIZE TemplateSize(int id)
 
 void SendDateChange(HWND dialog, int id, int year, int month, int day, bool valid)
 {
-    NMDATETIMECHANGE change = {};
-    change.nmhdr.hwndFrom = GetDlgItem(dialog, id);
-    change.nmhdr.idFrom = id;
-    change.nmhdr.code = DTN_DATETIMECHANGE;
-    change.dwFlags = valid ? GDT_VALID : GDT_NONE;
-    change.st.wYear = (WORD)year;
-    change.st.wMonth = (WORD)month;
-    change.st.wDay = (WORD)day;
+    NMDATETIMECHANGE change = {{GetDlgItem(dialog, id), (UINT_PTR)id, (UINT)DTN_DATETIMECHANGE}, valid ? GDT_VALID : GDT_NONE};
+    change.st = {(WORD)year, (WORD)month, 0, (WORD)day};
     SendMessageW(dialog, WM_NOTIFY, id, (LPARAM)&change);
 }

@@ -14,6 +14,10 @@ void DeleteTree(const std::wstring &path);
 void DeleteItemKey();
 DWORD RegistryDword(LPCWSTR name, DWORD missing = 0xDEADBEEF);
 
+// The pixels of a w x h block of `dc` at (x, y), row by row; a rectangle filled in one colour.
+std::vector<COLORREF> Pixels(HDC dc, int x, int y, int w, int h);
+void Fill(HDC dc, int left, int top, int right, int bottom, COLORREF colour);
+
 // A memory DC over a 32-bit DIB, white, owned by the test: where drawing is
 // checked by its pixels.
 struct Canvas {
@@ -22,11 +26,11 @@ struct Canvas {
     HGDIOBJ old = nullptr;
     int width = 0, height = 0;
 
+    ~Canvas() { Free(); }
     void Make(int w, int h);
     void Free();
     COLORREF At(int x, int y) const { return GetPixel(dc, x, y); }
-    std::vector<COLORREF> Pixels() const;
-    std::vector<COLORREF> Square(int x, int y, int side) const;
+    std::vector<COLORREF> Pixels() const { return ::Pixels(dc, 0, 0, width, height); }
 };
 
 // A plain parent window that records the watermark requests it gets.

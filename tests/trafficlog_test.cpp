@@ -9,55 +9,60 @@ bool Exists(const std::wstring &path)
     return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
+// `count` records of days 1-14, so none is the 15th's; a damaged month may
+// hold far more than the 744 a read takes at once.
+Bytes Filler(int count)
+{
+    Bytes bytes;
+    for (int i = 0; i < count; i++)
+        bytes = bytes + Record(1 + i % 14, i % 24, i, 2 * i);
+    return bytes;
+}
+
 class TrafficLog : public DeviceTest {
 protected:
     std::wstring Ostrik() { return fake::g_device.programFiles + L"\\Ostrik"; }
 };
 
-TEST_F(TrafficLog, PathIsTheDataFolderAndTheMonth)
+TEST_F(TrafficLog, PathIsTheDataFolderAndTheMonthAndNoTrafficMakesNoFile)
 {
     std::wstring folder = g_item.dataFolder;
     EXPECT_EQ(folder + L"\\200612.log", LogPath(2006, 12));
     EXPECT_EQ(folder + L"\\099903.log", LogPath(999, 3));
+    DeleteTree(Ostrik());
+    LogTraffic(nullptr, 0, 0);   // no traffic: no file, no folder
+    EXPECT_FALSE(Exists(Ostrik()));
+    LogTraffic(nullptr, 0x01020304, 0x0A0B0C0D);
+    EXPECT_EQ(Bytes({15, 10, 0, 0, 0x04, 0x03, 0x02, 0x01, 0x0D, 0x0C, 0x0B, 0x0A}), FileBytes(LogPath(2026, 1)));
     // No room for the name: no path at all rather than a cut one.
-    for (int i = 0; i < 255; i++)
-        g_item.dataFolder[i] = L'a';
+    std::fill(g_item.dataFolder, g_item.dataFolder + 255, L'a');
     g_item.dataFolder[255] = 0;
     EXPECT_EQ(L"", LogPath(2026, 1));
 }
 
-TEST_F(TrafficLog, NoTrafficMakesNoFileAndNoFolderThenOneRecordByteForByte)
-{
-    DeleteTree(Ostrik());
-    LogTraffic(nullptr, 0, 0);
-    EXPECT_FALSE(Exists(Ostrik()));
-    LogTraffic(nullptr, 0x01020304, 0x0A0B0C0D);
-    const BYTE expected[12] = {15, 10, 0, 0, 0x04, 0x03, 0x02, 0x01, 0x0D, 0x0C, 0x0B, 0x0A};
-    EXPECT_EQ(Bytes(expected, expected + 12), FileBytes(LogPath(2026, 1)));
-}
-
-TEST_F(TrafficLog, RecordsAreFoundByDayAndHourOrAppended)
+TEST_F(TrafficLog, TheHoursRecordIsFoundWhereverItLiesOrAppended)
 {
     struct Tick { int day, hour; DWORD received, transmitted; };
-    const Bytes tail = {3, 4, 0, 0, 9};
-    const struct {
-        const char *what;
-        Bytes before;
-        std::vector<Tick> ticks;
-        Bytes after;
-    } cases[] = {
-        {"same hour, new hour, same hour next day", {},
-         {{15, 10, 100, 10}, {15, 10, 200, 0}, {15, 11, 1, 2}, {16, 10, 3, 4}},
+    const Bytes hour = Record(15, 10, 100, 200), added = Record(15, 10, 101, 202), tail = {3, 4, 0, 0, 9};
+    const struct { const char *what; Bytes before; std::vector<Tick> ticks; Bytes after; } cases[] = {
+        {"same hour, new hour, same hour next day", {}, {{15, 10, 100, 10}, {15, 10, 200, 0}, {15, 11, 1, 2}, {16, 10, 3, 4}},
          Record(15, 10, 300, 10) + Record(15, 11, 1, 2) + Record(16, 10, 3, 4)},
-        {"fields wrap without check", {}, {{15, 10, 0xFFFFFFF0, 7}, {15, 10, 0x20, 0xFFFFFFFF}},
-         Record(15, 10, 0x10, 6)},
-        // The cut tail matches nothing; the file is misaligned from there on.
-        {"cut tail", Record(15, 9, 50, 60) + tail, {{15, 10, 1, 2}},
-         Record(15, 9, 50, 60) + tail + Record(15, 10, 1, 2)},
-        {"a cut tail of this hour is completed where it stands", Record(15, 9, 50, 60) + Bytes{15, 10, 0, 0, 9},
-         {{15, 10, 1, 2}}, Record(15, 9, 50, 60) + Record(15, 10, 10, 62)},
+        {"fields wrap without check", {}, {{15, 10, 0xFFFFFFF0, 7}, {15, 10, 0x20, 0xFFFFFFFF}}, Record(15, 10, 0x10, 6)},
         {"clock set back", Record(15, 9, 50, 60) + Record(15, 10, 70, 80), {{15, 9, 1, 2}},
          Record(15, 9, 51, 62) + Record(15, 10, 70, 80)},
+        {"last record of the first read", Filler(743) + hour + Filler(50), {{15, 10, 1, 2}}, Filler(743) + added + Filler(50)},
+        {"first record of the second read", Filler(744) + hour + Filler(50), {{15, 10, 1, 2}}, Filler(744) + added + Filler(50)},
+        {"deep in a damaged month, only the first of two", Filler(2000) + hour + hour, {{15, 10, 1, 2}},
+         Filler(2000) + added + hour},
+        // A cut tail is laid over the previous record's bytes: it matches
+        // nothing and the new record goes after it, misaligned from there on...
+        {"cut tail", Record(15, 9, 50, 60) + tail, {{15, 10, 1, 2}}, Record(15, 9, 50, 60) + tail + Record(15, 10, 1, 2)},
+        {"cut tail in the second read", Filler(744) + tail, {{15, 10, 1, 2}}, Filler(744) + tail + Record(15, 10, 1, 2)},
+        // ...unless it names this hour: those counts plus the tick's are written from where it starts.
+        {"cut tail of this hour", Record(15, 9, 50, 60) + Bytes{15, 10, 0, 0, 9}, {{15, 10, 1, 2}},
+         Record(15, 9, 50, 60) + Record(15, 10, 10, 62)},
+        {"cut tail of day and hour only", Record(15, 9, 50, 60) + Bytes{15, 10}, {{15, 10, 1, 2}},
+         Record(15, 9, 50, 60) + Record(15, 10, 51, 62)},
     };
     for (auto &c : cases) {
         WriteBytes(LogPath(2026, 1), c.before);
@@ -67,40 +72,36 @@ TEST_F(TrafficLog, RecordsAreFoundByDayAndHourOrAppended)
         }
         EXPECT_EQ(c.after, FileBytes(LogPath(2026, 1))) << c.what;
     }
-}
-
-TEST_F(TrafficLog, MonthsGetFilesOfTheirOwn)
-{
-    fake::SetTime(2026, 1, 31, 23, 59, 59);
-    LogTraffic(nullptr, 5, 5);
+    // A new month gets a file of its own.
     fake::SetTime(2026, 2, 1, 0);
     LogTraffic(nullptr, 6, 6);
-    EXPECT_EQ(Record(31, 23, 5, 5), FileBytes(LogPath(2026, 1)));
     EXPECT_EQ(Record(1, 0, 6, 6), FileBytes(LogPath(2026, 2)));
 }
 
 TEST_F(TrafficLog, AnotherHandleWritingDoesNotLockTheWriterOut)
 {
     LogTraffic(nullptr, 1, 1);
-    HANDLE reader = CreateFileW(LogPath(2026, 1).c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                nullptr, OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(INVALID_HANDLE_VALUE, reader);
+    HANDLE other = CreateFileW(LogPath(2026, 1).c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                               nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(INVALID_HANDLE_VALUE, other);
     LogTraffic(nullptr, 1, 1);
-    CloseHandle(reader);
+    CloseHandle(other);
     EXPECT_EQ(Record(15, 10, 2, 2), FileBytes(LogPath(2026, 1)));
 }
 
-TEST_F(TrafficLog, FailedOpenDropsTheIncrements)
+TEST_F(TrafficLog, FailedOpenDropsTheIncrementsAndTheDefaultFoldersAreMadeAllTheSame)
 {
-    // The data folder is on a card that is not there: nothing is made there,
-    // but the default folders are all the same.
+    // The data folder is on a card that is not there: nothing is made there.
     std::wstring card = TestRoot() + L"\\Storage Card";
     lstrcpyW(g_item.dataFolder, (card + L"\\Logs").c_str());
     DeleteTree(Ostrik());
     LogTraffic(nullptr, 1, 1);
-    EXPECT_FALSE(Exists(card));
-    EXPECT_TRUE(Exists(Ostrik() + L"\\Quorvane"));
-
+    EXPECT_TRUE(!Exists(card) && Exists(Ostrik() + L"\\Quorvane"));
+    EXPECT_EQ(0, EnsureDataFolders(nullptr));   // the last folder was there already
+    DeleteTree(Ostrik());
+    fake::FailCall(fake::kSHGetSpecialFolderPath, 1);
+    EXPECT_TRUE(EnsureDataFolders(nullptr) == 0 && !Exists(Ostrik()));
+    EXPECT_TRUE(EnsureDataFolders(nullptr) == 1 && Exists(Ostrik() + L"\\Quorvane"));
     // The month's name is taken by a folder.
     lstrcpyW(g_item.dataFolder, (Ostrik() + L"\\Quorvane").c_str());
     ASSERT_TRUE(CreateDirectoryW(LogPath(2026, 1).c_str(), nullptr));
@@ -118,42 +119,20 @@ DWORD WINAPI ServeOneRecordThenClose(void *pipe)
     return 0;
 }
 
-DWORD WINAPI LogOneTick(void *)
-{
-    LogTraffic(nullptr, 1000, 1000);
-    return 0;
-}
-
 TEST_F(TrafficLog, FailingReadsDropTheIncrementsInsteadOfHanging)
 {
     wsprintfW(g_item.dataFolder, L"\\\\.\\pipe\\quorvane-%lu", GetCurrentProcessId());
-    HANDLE pipe = CreateNamedPipeW(LogPath(2026, 1).c_str(), PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE | PIPE_WAIT,
-                                   1, 4096, 4096, 0, nullptr);
+    HANDLE pipe = CreateNamedPipeW(LogPath(2026, 1).c_str(), PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE | PIPE_WAIT, 1, 4096, 4096, 0, nullptr);
     ASSERT_NE(INVALID_HANDLE_VALUE, pipe);
     HANDLE server = CreateThread(nullptr, 0, ServeOneRecordThenClose, pipe, 0, nullptr);
-    HANDLE writer = CreateThread(nullptr, 0, LogOneTick, nullptr, 0, nullptr);
+    HANDLE writer = CreateThread(nullptr, 0, [](void *) -> DWORD { LogTraffic(nullptr, 1000, 1000); return 0; }, nullptr, 0, nullptr);
     DWORD waited = WaitForSingleObject(writer, 10000);
+    EXPECT_EQ(WAIT_OBJECT_0, waited) << "the writer kept retrying its read";
     if (waited != WAIT_OBJECT_0)
         TerminateThread(writer, 1);
-    EXPECT_EQ(WAIT_OBJECT_0, waited) << "the writer kept retrying its read";
     EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(server, 10000)) << "the writer never opened the log";
     CloseHandle(writer);
     CloseHandle(server);
-}
-
-TEST_F(TrafficLog, DefaultFoldersAreAlwaysUnderProgramFiles)
-{
-    WriteSettingString(L"InstallDir", (TestRoot() + L"\\Elsewhere").c_str());
-    Attach();
-    DeleteTree(Ostrik());
-    EXPECT_EQ(1, EnsureDataFolders(nullptr));
-    EXPECT_TRUE(Exists(Ostrik() + L"\\Quorvane"));
-    EXPECT_EQ(0, EnsureDataFolders(nullptr));   // the last folder was there already
-
-    DeleteTree(Ostrik());
-    fake::FailCall(fake::kSHGetSpecialFolderPath, 1);
-    EXPECT_EQ(0, EnsureDataFolders(nullptr));
-    EXPECT_FALSE(Exists(Ostrik()));
 }
 
 } // namespace

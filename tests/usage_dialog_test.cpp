@@ -1,10 +1,9 @@
-// usage_dialog_test.cpp: the usage dialog from its templates: controls, placement, date, mode and taps.
+// usage_dialog_test.cpp: the usage dialog from its templates: controls, date, mode, taps and pages.
 #include "charts/charts.h"
 #include "charts/usage_dialog.h"
 #include "resources/resource.h"
 #include "tests/logfile.h"
 #include "tests/support.h"
-#include "trafficlog/export.h"
 #include "trafficlog/export_dialog.h"
 
 #include <commctrl.h>
@@ -30,10 +29,12 @@ protected:
         GetDlgItemTextW(dialog_, id, text, 128);
         return text;
     }
-    void Paint()
+    // The title and the picker's text after a paint.
+    std::wstring Shown()
     {
         InvalidateRect(dialog_, nullptr, TRUE);
         SendMessageW(dialog_, WM_PAINT, 0, 0);
+        return Text(IDC_USAGE_TITLE) + L" / " + Text(IDC_USAGE_DATE);
     }
     // Picks a mode in the list, with the list dropped down or not.
     void PickMode(int index, bool dropped)
@@ -44,96 +45,59 @@ protected:
         SendMessageW(dialog_, WM_COMMAND, MAKEWPARAM(IDC_USAGE_MODE, CBN_SELCHANGE), (LPARAM)list);
         SendMessageW(list, CB_SHOWDROPDOWN, FALSE, 0);
     }
-    // January's first `days` days each had traffic; day 1 only in hour 0.
-    void LogDays(int days)
-    {
-        Bytes log;
-        for (int d = 1; d <= days; d++)
-            log = log + Record(d, d == 1 ? 0 : 12, 1000u * d, 1000u * d);
-        WriteBytes(LogPath(2026, 1), log);
-    }
 
     HWND dialog_ = nullptr;
 };
 
-TEST_F(UsageDialog, BothTemplatesOpenOnTodaysDailyChart)
+TEST_F(UsageDialog, OpensOnTodaysDailyChartThenTakesDateAndModeChanges)
 {
-    for (int id : {IDD_USAGE, IDD_USAGE_WIDE}) {
+    for (int id : {IDD_USAGE_WIDE, IDD_USAGE}) {
         Open(id);
-        EXPECT_EQ(L"Usage", Text(IDC_USAGE_TITLE)) << id;
-        EXPECT_EQ(L"OK", Text(IDOK)) << id;
+        EXPECT_TRUE(Text(IDC_USAGE_TITLE) == L"Usage" && Text(IDOK) == L"OK") << id;
         EXPECT_TRUE(GetWindowLongW(GetDlgItem(dialog_, IDOK), GWL_STYLE) & BS_DEFPUSHBUTTON) << id;
-        SYSTEMTIME shown = {};
-        EXPECT_EQ(GDT_VALID, DateTime_GetSystemtime(GetDlgItem(dialog_, IDC_USAGE_DATE), &shown)) << id;
-        EXPECT_EQ(20260115, shown.wYear * 10000 + shown.wMonth * 100 + shown.wDay) << id;
         HWND list = GetDlgItem(dialog_, IDC_USAGE_MODE);
         WCHAR daily[16] = L"", hourly[16] = L"";
-        ASSERT_EQ(2, SendMessageW(list, CB_GETCOUNT, 0, 0)) << id;
         SendMessageW(list, CB_GETLBTEXT, 0, (LPARAM)daily);
         SendMessageW(list, CB_GETLBTEXT, 1, (LPARAM)hourly);
-        EXPECT_EQ(std::wstring(L"Daily Hourly"), std::wstring(daily) + L" " + hourly) << id;
-        EXPECT_EQ(0, SendMessageW(list, CB_GETCURSEL, 0, 0)) << id;
-        EXPECT_EQ(USAGE_VIEW_CHART, g_usage.view) << id;
-        EXPECT_EQ(USAGE_DAILY, g_usage.mode) << id;
-        EXPECT_EQ(0, g_usage.page) << id;
-
-        Paint();
-        EXPECT_EQ(L"Daily Traffic for Jan 2026", Text(IDC_USAGE_TITLE)) << id;
+        EXPECT_TRUE(SendMessageW(list, CB_GETCOUNT, 0, 0) == 2 && SendMessageW(list, CB_GETCURSEL, 0, 0) == 0 &&
+                    !lstrcmpW(daily, L"Daily") && !lstrcmpW(hourly, L"Hourly")) << id;
+        EXPECT_TRUE(g_usage.view == USAGE_VIEW_CHART && g_usage.mode == USAGE_DAILY && g_usage.page == 0) << id;
+        EXPECT_EQ(L"Daily Traffic for Jan 2026 / Jan,2026", Shown()) << id;
         EXPECT_EQ(31, g_usage.slots) << id;
     }
-}
-
-TEST_F(UsageDialog, DateChangesResetThePageOnlyInTheTable)
-{
-    Open();
+    // A date change: the chart keeps the page, the table goes back to the first; the same date or none does nothing.
     g_usage.page = 2;
     SendDateChange(dialog_, IDC_USAGE_DATE, 2025, 12, 3);
-    EXPECT_EQ(20251203, g_usage.year * 10000 + g_usage.month * 100 + g_usage.day);
-    EXPECT_EQ(2, g_usage.page);   // the chart keeps it
-
+    EXPECT_TRUE(g_usage.year * 10000 + g_usage.month * 100 + g_usage.day == 20251203 && g_usage.page == 2);
     g_usage.view = USAGE_VIEW_TABLE;
-    SendDateChange(dialog_, IDC_USAGE_DATE, 2025, 12, 3);   // the same date: nothing happens
-    EXPECT_EQ(2, g_usage.page);
+    SendDateChange(dialog_, IDC_USAGE_DATE, 2025, 12, 3);
     SendDateChange(dialog_, IDC_USAGE_DATE, 2024, 2, 1, false);
-    EXPECT_EQ(2025, g_usage.year);
-    EXPECT_EQ(2, g_usage.page);
+    EXPECT_TRUE(g_usage.year == 2025 && g_usage.page == 2);
     SendDateChange(dialog_, IDC_USAGE_DATE, 2025, 12, 4);
-    EXPECT_EQ(4, g_usage.day);
-    EXPECT_EQ(0, g_usage.page);
-    Paint();
-    EXPECT_EQ(L"Daily Traffic for Dec 2025", Text(IDC_USAGE_TITLE));
-}
-
-TEST_F(UsageDialog, ModeChangesOnlyFromTheDroppedListAndOnlyHourlyResetsThePage)
-{
-    Open();
+    EXPECT_TRUE(g_usage.day == 4 && g_usage.page == 0);
+    // Only a choice in the dropped list counts; hourly resets the page, daily keeps it.
     g_usage.page = 1;
     PickMode(1, false);
     EXPECT_EQ(USAGE_DAILY, g_usage.mode);
     PickMode(1, true);
-    EXPECT_EQ(USAGE_HOURLY, g_usage.mode);
-    EXPECT_EQ(0, g_usage.page);
-    Paint();
-    EXPECT_EQ(L"Hourly Traffic for Jan 15, 2026", Text(IDC_USAGE_TITLE));
+    EXPECT_TRUE(g_usage.mode == USAGE_HOURLY && g_usage.page == 0);
+    SYSTEMTIME november = {2026, 11, 0, 21};
+    DateTime_SetSystemtime(GetDlgItem(dialog_, IDC_USAGE_DATE), GDT_VALID, &november);
+    SendDateChange(dialog_, IDC_USAGE_DATE, 2026, 11, 21);
+    // The picker shows the device's text on the desktop too.
+    EXPECT_EQ(L"Hourly Traffic for Nov 21, 2026 / Nov 21,2026", Shown());
     EXPECT_EQ(24, g_usage.slots);
-
     g_usage.page = 1;
     PickMode(0, true);
-    EXPECT_EQ(USAGE_DAILY, g_usage.mode);
-    EXPECT_EQ(1, g_usage.page);
+    EXPECT_TRUE(g_usage.mode == USAGE_DAILY && g_usage.page == 1);
+    EXPECT_EQ(L"Daily Traffic for Nov 2026 / Nov,2026", Shown());
 }
 
 TEST_F(UsageDialog, TapsOnTheHeaderIconsAndThePageArrows)
 {
-    struct Step {
-        int x, y, page, view;   // a tap and the state after it
-    };
+    struct Step { int x, y, page, view; };   // a tap and the state after it
     const int kChart = USAGE_VIEW_CHART, kTable = USAGE_VIEW_TABLE;
-    struct {
-        const char *what;
-        int w, h, days;   // the screen, and January's days with traffic
-        std::vector<Step> steps;
-    } cases[] = {
+    const struct { const char *what; int w, h, days; std::vector<Step> steps; } cases[] = {
         {"portrait, 8 rows are one page", 240, 320, 8, {{150, 206, 0, kChart}}},
         {"portrait, 9 rows are two; the arrows' edges", 240, 320, 9,
          {{167, 215, 1, kChart}, {160, 210, 1, kChart}, {193, 206, 0, kChart}, {176, 206, 0, kChart},
@@ -142,81 +106,60 @@ TEST_F(UsageDialog, TapsOnTheHeaderIconsAndThePageArrows)
          {{150, 206, 1, kChart}, {57, 43, 1, kChart}, {56, 68, 0, kTable}, {150, 206, 1, kTable},
           {31, 43, 1, kTable}, {72, 50, 1, kTable}, {73, 69, 1, kTable}, {98, 68, 1, kChart}}},
         {"landscape moves the arrows", 320, 240, 20,
-         {{150, 210, 0, kChart}, {230, 107, 1, kChart}, {208, 120, 2, kChart}, {231, 110, 1, kChart},
-          {255, 110, 0, kChart}}},
-        {"hi-res doubles every region", 480, 640, 20,
-         {{150, 206, 0, kChart}, {300, 412, 1, kChart}, {62, 86, 0, kTable}}},
+         {{150, 210, 0, kChart}, {230, 107, 1, kChart}, {208, 120, 2, kChart}, {231, 110, 1, kChart}, {255, 110, 0, kChart}}},
+        {"hi-res doubles every region", 480, 640, 20, {{150, 206, 0, kChart}, {300, 412, 1, kChart}, {62, 86, 0, kTable}}},
     };
     for (const auto &c : cases) {
         fake::SetScreen(c.w, c.h);
-        LogDays(c.days);
+        Bytes log;   // January's first days each had traffic; day 1 only in hour 0
+        for (int d = 1; d <= c.days; d++)
+            log = log + Record(d, d == 1 ? 0 : 12, 1000u * d, 1000u * d);
+        WriteBytes(LogPath(2026, 1), log);
         Open(c.w > c.h ? IDD_USAGE_WIDE : IDD_USAGE);
         ReadUsageLog();
         for (const Step &s : c.steps) {
             SendMessageW(dialog_, WM_LBUTTONUP, 0, MAKELPARAM(s.x, s.y));
-            EXPECT_EQ(s.page, g_usage.page) << c.what << ", tap " << s.x << "," << s.y;
-            EXPECT_EQ(s.view, g_usage.view) << c.what << ", tap " << s.x << "," << s.y;
+            EXPECT_TRUE(s.page == g_usage.page && s.view == g_usage.view) << c.what << ", tap " << s.x << "," << s.y;
         }
     }
     EXPECT_TRUE(fake::g_device.dialogs.empty());
-
     // The export icon runs the export dialog, owned by this one.
     SendMessageW(dialog_, WM_LBUTTONUP, 0, MAKELPARAM(182 * 2, 68 * 2));
     ASSERT_EQ(1u, fake::g_device.dialogs.size());
     EXPECT_EQ(IDD_EXPORT, fake::TemplateId(GetModuleHandleW(nullptr), fake::g_device.dialogs[0].dialogTemplate));
-    EXPECT_EQ(dialog_, fake::g_device.dialogs[0].owner);
-    EXPECT_EQ((DLGPROC)ExportDlgProc, fake::g_device.dialogs[0].proc);
+    EXPECT_TRUE(dialog_ == fake::g_device.dialogs[0].owner && (DLGPROC)ExportDlgProc == fake::g_device.dialogs[0].proc);
 
     // Rows with data count hour 0, which the table never lists, and the month's last day.
     g_usage.mode = USAGE_HOURLY;
     g_usage.day = 1;
     ReadUsageLog();
     EXPECT_EQ(1, g_usage.rowsWithData);
-    WriteBytes(LogPath(2026, 1), Record(31, 5, 1, 1));
+    WriteBytes(LogPath(2026, 2), Record(28, 5, 1, 1));
     g_usage.mode = USAGE_DAILY;
+    g_usage.month = 2;
     ReadUsageLog();
     EXPECT_EQ(1, g_usage.rowsWithData);
-}
-
-TEST_F(UsageDialog, DatePickerShowsWhatTheDevicesShows)
-{
-    Open();
-    HWND picker = GetDlgItem(dialog_, IDC_USAGE_DATE);
-    auto shown = [picker] {
-        WCHAR text[64] = L"";
-        GetWindowTextW(picker, text, 64);
-        return std::wstring(text);
-    };
-    EXPECT_EQ(L"Jan,2026", shown());
-    PickMode(1, true);
-    EXPECT_EQ(L"Jan 15,2026", shown());
-    SYSTEMTIME november = {2026, 11, 0, 21};
-    DateTime_SetSystemtime(picker, GDT_VALID, &november);
-    SendDateChange(dialog_, IDC_USAGE_DATE, 2026, 11, 21);
-    EXPECT_EQ(L"Nov 21,2026", shown());
 }
 
 // Runs the dialog modally and posts `g_command` once it is up; a dialog that
 // does not end on it is ended after 3 s with -5.
 int g_command;
-INT_PTR CALLBACK CommandOnceUp(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
-{
-    if (message == WM_INITDIALOG) {
-        PostMessageW(dialog, WM_COMMAND, g_command, 0);
-        SetTimer(dialog, 99, 3000, nullptr);
-    } else if (message == WM_TIMER && wParam == 99) {
-        EndDialog(dialog, -5);
-        return TRUE;
-    }
-    return UsageDlgProc(dialog, message, wParam, lParam);
-}
 
 TEST_F(UsageDialog, OkAndCancelCloseItWithTheirIds)
 {
+    auto commandOnceUp = [](HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) -> INT_PTR {
+        if (message == WM_INITDIALOG) {
+            PostMessageW(dialog, WM_COMMAND, g_command, 0);
+            SetTimer(dialog, 99, 3000, nullptr);
+        } else if (message == WM_TIMER && wParam == 99) {
+            EndDialog(dialog, -5);
+            return TRUE;
+        }
+        return UsageDlgProc(dialog, message, wParam, lParam);
+    };
     for (int id : {IDOK, IDCANCEL}) {
         g_command = id;
-        EXPECT_EQ(id, DialogBoxIndirectParamW(GetModuleHandleW(nullptr), DialogTemplate(IDD_USAGE), nullptr,
-                                              CommandOnceUp, 0));
+        EXPECT_EQ(id, DialogBoxIndirectParamW(GetModuleHandleW(nullptr), DialogTemplate(IDD_USAGE), nullptr, commandOnceUp, 0));
     }
 }
 

@@ -5,7 +5,9 @@ namespace platform {
 
 HDC CreateCompatibleDC(HDC dc)
 {
-    return fake::ShouldFail(fake::kCreateCompatibleDC) ? nullptr : ::CreateCompatibleDC(dc);
+    if (fake::ShouldFail(fake::kCreateCompatibleDC))
+        return nullptr;
+    return fake::g_device.lastCompatibleDC = ::CreateCompatibleDC(dc);
 }
 
 HBITMAP CreateCompatibleBitmap(HDC dc, int width, int height)

@@ -63,10 +63,8 @@ inline QvlogResult RunQvlogWords(std::vector<std::string> words)
     std::string *texts[2] = {&r.out, &r.err};
     for (int i = 0; i < 2; i++) {
         rewind(files[i]);
-        char buffer[4096];
-        size_t n;
-        while ((n = fread(buffer, 1, sizeof buffer, files[i])) > 0)
-            texts[i]->append(buffer, n);
+        for (int c; (c = fgetc(files[i])) != EOF;)
+            texts[i]->push_back((char)c);
         fclose(files[i]);
     }
     return r;
