@@ -144,8 +144,8 @@ TEST_F(ExportDialog, OpensOnTodayRefusesAReversedRangeAndExportsTheChosenOne)
         SendMessageW(dialog, WM_COMMAND, IDOK, 0);
     }));
     ASSERT_EQ(2u, fake::g_device.messageBoxes.size());
-    EXPECT_TRUE(fake::g_device.messageBoxes[0].text == L"Invalid date range!" && fake::g_device.messageBoxes[0].caption == L"Error" &&
-                fake::g_device.messageBoxes[0].type == MB_ICONEXCLAMATION);
+    const fake::MessageBoxShown &refused = fake::g_device.messageBoxes[0];
+    EXPECT_TRUE(refused.text == L"Invalid date range!" && refused.caption == L"Error" && refused.type == MB_ICONEXCLAMATION);
     EXPECT_EQ("(none)", FileText(csv_));
     // The first record read (the 27th) is before From; the 8th is after To.
     EXPECT_EQ(Csv("Feb 28, 2026|0|1.00KB|1.00KB\nTotal for Feb 2026|0|1.00KB|1.00KB\n"

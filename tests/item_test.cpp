@@ -93,9 +93,9 @@ TEST_F(ItemWindow, OnlyAnEnabledItemGetsAChildWindowThatAsksForItsBackground)
     // While an item window lives the class cannot be registered again.
     EXPECT_FALSE(AttachModule(GetModuleHandleW(nullptr)));
     ASSERT_EQ(1u, fake::g_device.messageBoxes.size());
-    EXPECT_TRUE(fake::g_device.messageBoxes[0].text == L"RegisterClass() failed" &&
-                fake::g_device.messageBoxes[0].caption == L"Error! - quorvane.dll" &&
-                (fake::g_device.messageBoxes[0].type & MB_ICONEXCLAMATION));
+    const fake::MessageBoxShown &shown = fake::g_device.messageBoxes[0];
+    EXPECT_TRUE(shown.text == L"RegisterClass() failed" && shown.caption == L"Error! - quorvane.dll" &&
+                (shown.type & MB_ICONEXCLAMATION));
 }
 
 TEST_F(ItemWindow, RefreshSetsTheHeightThenStartsOnce)
@@ -168,8 +168,11 @@ TEST_F(ItemWindow, ShortOfGdiNothingIsHalfMadeAndAMissingPenDrawsNoLine)
     HWND item = CreateItem();
     tli_.cyp = 24;
     fake::FailCall(fake::kCreateCompatibleBitmap, 1);
+    fake::g_device.compatibleDCs.clear();
     SendMessageW(item, WM_TODAYCUSTOM_QUERYREFRESHCACHE, 0, (LPARAM)&tli_);
-    EXPECT_FALSE(g_item.gdiReady || g_item.surfaceDC || g_item.surfaceBitmap || GetObjectType(fake::g_device.lastCompatibleDC));
+    EXPECT_FALSE(g_item.gdiReady || g_item.surfaceDC || g_item.surfaceBitmap);
+    for (HDC made : fake::g_device.compatibleDCs)
+        EXPECT_EQ(0u, GetObjectType(made));
     EXPECT_TRUE(g_item.bluePen);
     PatBlt(strip.dc, 0, 0, 240, 24, WHITENESS);
     DrawStatusStrip(item, strip.dc, false);

@@ -29,7 +29,12 @@ TEST_F(LiveGraphDrawing, ColumnsOfTheRing)
         ramp.push_back((i + 1) * 40);
     // A line of `height` units in column x (logical), seen from its top; 0: no line of that colour there.
     struct Line { int x; COLORREF colour; int height; };
-    const struct { const char *what; int s, count, start, index; std::vector<DWORD> out, in; std::vector<Line> lines; } cases[] = {
+    const struct {
+        const char *what;
+        int s, count, start, index;
+        std::vector<DWORD> out, in;
+        std::vector<Line> lines;
+    } cases[] = {
         {"no sample yet: the background only, no labels", 2, 0, -1, -1, {5000}, {5000}, {{168, kBlue, 0}, {168, kRed, 0}}},
         {"one sample stands at the right edge", 1, 1, 0, 0, {0}, {512}, {{168, kBlue, 50}, {168, kRed, 0}, {161, kBlue, 0}}},
         {"received bytes choose the scale too: 5,000 of 10 KB", 1, 1, 0, 0, {100}, {5000}, {{168, kBlue, 48}, {168, kRed, 0}}},

@@ -67,7 +67,7 @@ TEST_F(TrafficLog, TheHoursRecordIsFoundWhereverItLiesOrAppended)
     for (auto &c : cases) {
         WriteBytes(LogPath(2026, 1), c.before);
         for (const Tick &t : c.ticks) {
-            fake::SetTime(2026, 1, t.day, t.hour, 30);
+            fake::SetTime(2026, 1, t.day, t.hour, 59);   // late in the hour: still booked to it
             LogTraffic(nullptr, t.received, t.transmitted);
         }
         EXPECT_EQ(c.after, FileBytes(LogPath(2026, 1))) << c.what;
@@ -122,10 +122,15 @@ DWORD WINAPI ServeOneRecordThenClose(void *pipe)
 TEST_F(TrafficLog, FailingReadsDropTheIncrementsInsteadOfHanging)
 {
     wsprintfW(g_item.dataFolder, L"\\\\.\\pipe\\quorvane-%lu", GetCurrentProcessId());
-    HANDLE pipe = CreateNamedPipeW(LogPath(2026, 1).c_str(), PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE | PIPE_WAIT, 1, 4096, 4096, 0, nullptr);
+    HANDLE pipe = CreateNamedPipeW(LogPath(2026, 1).c_str(), PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE | PIPE_WAIT, 1, 4096, 4096,
+                                   0, nullptr);
     ASSERT_NE(INVALID_HANDLE_VALUE, pipe);
     HANDLE server = CreateThread(nullptr, 0, ServeOneRecordThenClose, pipe, 0, nullptr);
-    HANDLE writer = CreateThread(nullptr, 0, [](void *) -> DWORD { LogTraffic(nullptr, 1000, 1000); return 0; }, nullptr, 0, nullptr);
+    auto tick = [](void *) -> DWORD {
+        LogTraffic(nullptr, 1000, 1000);
+        return 0;
+    };
+    HANDLE writer = CreateThread(nullptr, 0, tick, nullptr, 0, nullptr);
     DWORD waited = WaitForSingleObject(writer, 10000);
     EXPECT_EQ(WAIT_OBJECT_0, waited) << "the writer kept retrying its read";
     if (waited != WAIT_OBJECT_0)

@@ -69,7 +69,8 @@ TEST(Scales, EveryRowOfBothLaddersFromThePreviousBoundToBelowItsOwn)
 TEST(UsageTexts, PageIndicatorAndSlotNames)
 {
     WCHAR t[32];
-    const struct { int rows, page; const wchar_t *text; } pages[] = {{0, 0, L"0/0"}, {8, 0, L"1/1"}, {9, 1, L"2/2"}, {25, 2, L"3/4"}};
+    const struct { int rows, page; const wchar_t *text; } pages[] = {
+        {0, 0, L"0/0"}, {8, 0, L"1/1"}, {9, 1, L"2/2"}, {25, 2, L"3/4"}};
     for (auto p : pages)
         EXPECT_STREQ(p.text, FormatUsagePages(p.rows, p.page, t, 32)) << p.rows;
     const struct { int mode, slot; bool amPm; const wchar_t *text; } slots[] = {
@@ -125,7 +126,12 @@ TEST_F(UsagePaint, BarsOfEqualOrCrossedSeriesTheMonthsLastDayAndTheHours)
 {
     // The part of a bar seen in colour c; top 0: nothing of c in the slot's columns.
     struct Seen { int x, top, bottom; COLORREF c; };
-    const struct { const char *what; int w, mode, slots; std::vector<std::vector<double>> series; std::vector<Seen> bars; } cases[] = {
+    const struct {
+        const char *what;
+        int w, mode, slots;
+        std::vector<std::vector<double>> series;
+        std::vector<Seen> bars;
+    } cases[] = {
         {"hi-res doubles positions and heights, not the bar's width", 480, USAGE_HOURLY, 24, {{0, 1024, 0}},
          {{74, 189, 388, kRed}}},
         {"equal bars once in red; the shorter of two in front; 1,000 bytes reach 97 %", 240, USAGE_DAILY, 28,
@@ -162,7 +168,8 @@ TEST_F(UsagePaint, TablePagesHoldEightRowsAndHourZeroIsNeverListed)
         int first = c.mode == USAGE_HOURLY ? 0 : 1;
         for (int i = 0; i < SERIES_SLOTS; i++)
             tx_[i] = i >= first && i < first + c.rows ? 100.0 * (i + 1) : 0;
-        Paint(c.w, c.w == 240 ? 320 : 240, c.mode, USAGE_VIEW_TABLE, 100.0 * c.rows, c.mode == USAGE_HOURLY ? 24 : 31, c.rows, c.page);
+        Paint(c.w, c.w == 240 ? 320 : 240, c.mode, USAGE_VIEW_TABLE, 100.0 * c.rows, c.mode == USAGE_HOURLY ? 24 : 31, c.rows,
+              c.page);
         for (int i = 0; i < 8; i++)
             EXPECT_EQ(i < c.listed, Ink(10, 89 + 14 * i, 41, 100 + 14 * i) > 0) << c.what << ", row " << i;
         EXPECT_EQ(c.w == 240, Ink(10, 205, 105, 217) > 0) << c.what;   // the indicator, below the table

@@ -90,7 +90,7 @@ struct Device {
 
     std::vector<Adapter> adapters;
     int screenDCsOut;          // GetDC(null) minus ReleaseDC
-    HDC lastCompatibleDC;      // the last DC platform::CreateCompatibleDC made
+    std::vector<HDC> compatibleDCs;   // every DC platform::CreateCompatibleDC made
 };
 
 extern Device g_device;

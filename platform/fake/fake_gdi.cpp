@@ -7,7 +7,8 @@ HDC CreateCompatibleDC(HDC dc)
 {
     if (fake::ShouldFail(fake::kCreateCompatibleDC))
         return nullptr;
-    return fake::g_device.lastCompatibleDC = ::CreateCompatibleDC(dc);
+    fake::g_device.compatibleDCs.push_back(::CreateCompatibleDC(dc));
+    return fake::g_device.compatibleDCs.back();
 }
 
 HBITMAP CreateCompatibleBitmap(HDC dc, int width, int height)

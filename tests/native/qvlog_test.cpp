@@ -138,7 +138,8 @@ TEST_F(Qvlog, CheckReportsEachFaultAndItsStatus)
          "  out of range: 1 record (day 5 hour 24 at byte 24)\n"
          "  out of order: 1 record (day 29 hour 3 at byte 12); the clock went back, the readers do not mind\n"},
         {"202802.log", 1,
-         "202802.log: 36 bytes, 3 records: damaged\n  out of range: 2 records (day 31 hour 0 at byte 0; day 5 hour 24 at byte 24)\n"},
+         "202802.log: 36 bytes, 3 records: damaged\n"
+         "  out of range: 2 records (day 31 hour 0 at byte 0; day 5 hour 24 at byte 24)\n"},
         {"202605.log", 1, "202605.log: empty: damaged\n"},
         {"202606.log", 1, "202606.log: cannot be read: a folder, not a log file\n"},
     };
