@@ -1,10 +1,9 @@
-// qvlog_test.cpp: qvlog's figures against the usage dialog's reader and the CSV export on the same files.
+// qvlog_test.cpp: qvlog on Windows: the item's folder from its registry value, its days against the usage dialog's reader.
 #include "tests/support.h"
 #include "tests/logfile.h"
 
 #include "platform/text.h"
 #include "tools/qvlog/qvlog.h"
-#include "trafficlog/export.h"
 #include "trafficlog/reader.h"
 
 namespace {
@@ -26,43 +25,6 @@ int DaysAgreeWithTheDialog(int year, int month, std::vector<QvlogRow> *rows, Qvl
 }
 
 using QvlogAgrees = DeviceTest;
-
-// `qvlog days` holds the dialog's series in doubles, and in the dialog's texts
-// it is the CSV export of that whole month byte for byte: the days with
-// traffic and the total row. February and March are the fixture's; April is
-// full, its fields near 2^32 so that the day sums pass it.
-TEST_F(QvlogAgrees, WithTheUsageDialogsSeriesAndTheCsvExport)
-{
-    WriteBytes(LogPath(2026, 2), February2026());
-    WriteBytes(LogPath(2026, 3), March2026());
-    LogBytes april;
-    for (int d = 1; d <= 30; d++)
-        for (int h = 0; h < 24; h++)
-            april = april + LogRecord(d, h, 4294967295u - (uint32_t)(d * 977 + h), (uint32_t)d * 100003u + h);
-    WriteBytes(LogPath(2026, 4), april);
-    std::wstring csv = fake::g_device.personal + L"\\export.csv";
-    for (int month : {2, 3, 4}) {
-        std::vector<QvlogRow> rows;
-        QvlogRow total;
-        EXPECT_EQ(month == 3 ? QVLOG_DAMAGED : QVLOG_OK, DaysAgreeWithTheDialog(2026, month, &rows, &total));
-        total.label = "Total for " + total.label;
-        rows.push_back(total);
-        std::string want = "\"Date\",\"Xmit\",\"Rcv\",\"Total\"\n";
-        for (const QvlogRow &r : rows) {
-            WCHAR texts[3][BYTE_COUNT_CHARS];
-            FormatByteCount(r.transmitted, texts[0], BYTE_COUNT_CHARS);
-            FormatByteCount(r.received, texts[1], BYTE_COUNT_CHARS);
-            FormatByteCount(r.transmitted + r.received, texts[2], BYTE_COUNT_CHARS);
-            char line[160];
-            snprintf(line, sizeof line, "\"%s\",\"%ls\",\"%ls\",\"%ls\"\n", r.label.c_str(), texts[0], texts[1], texts[2]);
-            want += r.transmitted + r.received > 0 || &r == &rows.back() ? line : "";
-        }
-        ASSERT_TRUE(ExportTrafficCsv(csv.c_str(), {2026, month, 1}, {2026, month, DaysInMonth(2026, month)}));
-        Bytes exported = FileBytes(csv);
-        EXPECT_EQ(want, std::string(exported.begin(), exported.end())) << month;
-        EXPECT_GE(std::count(want.begin(), want.end(), '\n'), 4) << month;
-    }
-}
 
 // Without --dir, the folder is the item's InstallDir value.
 TEST_F(QvlogAgrees, FindsTheFolderInTheItemsRegistryValue)

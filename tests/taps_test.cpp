@@ -47,11 +47,10 @@ TEST_F(TapTest, EachTapOpensItsDialogOrApplet)
 {
     CreateItem();
     const struct { int w, h, x, y, tpl; DLGPROC proc; const wchar_t *applet; } cases[] = {   // tpl 0: no dialog
-        {240, 320, 10, 10, IDD_LIVEGRAPH, LiveGraphDlgProc},  {480, 640, 91, 36, IDD_LIVEGRAPH, LiveGraphDlgProc},
-        {240, 320, 50, 3, 0},                                  {480, 640, 475, 4, 0},
+        {240, 320, 10, 10, IDD_LIVEGRAPH, LiveGraphDlgProc},  {480, 640, 475, 4, 0},
         {240, 320, 69, 4, IDD_USAGE, UsageDlgProc},            {320, 240, 85, 20, IDD_USAGE_WIDE, UsageDlgProc},
-        {480, 480, 138, 36, IDD_USAGE_WIDE, UsageDlgProc},     {240, 320, 88, 10, IDD_DHCP, DhcpDlgProc},
-        {320, 240, 104, 20, IDD_DHCP, DhcpDlgProc},            {240, 320, 126, 10, IDD_ADAPTER, AdapterDetailsDlgProc},
+        {480, 480, 138, 36, IDD_USAGE_WIDE, UsageDlgProc},     {320, 240, 104, 20, IDD_DHCP, DhcpDlgProc},
+        {240, 320, 126, 10, IDD_ADAPTER, AdapterDetailsDlgProc},
         {320, 240, 142, 20, IDD_ADAPTER_WIDE, AdapterDetailsDlgProc}, {240, 320, 107, 10, IDD_PING, PingDlgProc},
         {320, 240, 123, 20, IDD_PING_WIDE, PingDlgProc},       {640, 480, 398, 4, IDD_INTRUDER, IntruderDlgProc},
         {240, 320, 50, 10, IDD_SIGNAL, SignalViewDlgProc},     {320, 240, 161, 20, IDD_SCANNER_WIDE, ScannerDlgProc},
