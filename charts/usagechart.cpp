@@ -3,6 +3,7 @@
 #include "charts/charts.h"
 #include "charts/usage_layout.h"
 #include "item/item.h"
+#include "platform/platform.h"
 #include "resources/resource.h"
 #include "trafficlog/reader.h"
 
@@ -65,10 +66,12 @@ RECT Scaled(int left, int top, int right, int bottom, int s)
     return r;
 }
 
-void DrawIconAt(HDC dc, int id, int x, int y)
+// At their natural size, given: the device reads a size of 0 as its system
+// icon size and would stretch them over the header's other buttons.
+void DrawIconAt(HDC dc, int id, int x, int y, int s)
 {
-    HICON icon = static_cast<HICON>(
-        LoadImageW(g_item.instance, MAKEINTRESOURCEW(id), IMAGE_ICON, 0, 0, LR_DEFAULTCOLOR));
+    HICON icon = static_cast<HICON>(platform::LoadImageW(g_item.instance, MAKEINTRESOURCEW(id), IMAGE_ICON,
+                                                         USAGE_ICON_SIZE * s, USAGE_ICON_SIZE * s, 0));
     if (!icon)
         return;
     DrawIconEx(dc, x, y, icon, 0, 0, 0, nullptr, DI_NORMAL);
@@ -261,9 +264,9 @@ void PaintUsageChart(HDC dc, int mode, int view, int rowsWithData, int page,
         return;
     int s = Scale();
     bool hiRes = s == 2;
-    DrawIconAt(dc, hiRes ? IDI_USAGE_TABLE_HIRES : IDI_USAGE_TABLE, USAGE_ICON_TABLE_X * s, USAGE_ICON_Y * s);
-    DrawIconAt(dc, hiRes ? IDI_USAGE_CHART_HIRES : IDI_USAGE_CHART, USAGE_ICON_CHART_X * s, USAGE_ICON_Y * s);
-    DrawIconAt(dc, hiRes ? IDI_USAGE_EXPORT_HIRES : IDI_USAGE_EXPORT, USAGE_ICON_EXPORT_X * s, USAGE_ICON_Y * s);
+    DrawIconAt(dc, hiRes ? IDI_USAGE_TABLE_HIRES : IDI_USAGE_TABLE, USAGE_ICON_TABLE_X * s, USAGE_ICON_Y * s, s);
+    DrawIconAt(dc, hiRes ? IDI_USAGE_CHART_HIRES : IDI_USAGE_CHART, USAGE_ICON_CHART_X * s, USAGE_ICON_Y * s, s);
+    DrawIconAt(dc, hiRes ? IDI_USAGE_EXPORT_HIRES : IDI_USAGE_EXPORT, USAGE_ICON_EXPORT_X * s, USAGE_ICON_Y * s, s);
 
     // The dialog's own face at the chart's height; the device has only the
     // indirect form of font creation.

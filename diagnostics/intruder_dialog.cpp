@@ -52,8 +52,16 @@ void OnInit(HWND dialog)
     // the badges' shading to the basic palette; 32 bits keep it everywhere.
     g_images = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, 2, 0);
     if (g_images) {
-        ImageList_AddIcon(g_images, LoadIconW(g_item.instance, MAKEINTRESOURCEW(IDI_HOST_INTRUDER)));
-        ImageList_AddIcon(g_images, LoadIconW(g_item.instance, MAKEINTRESOURCEW(IDI_HOST_SAFE)));
+        // Loaded at the list's size: the device's LoadIcon gives its 32-pixel
+        // system size, which the list would only shrink again.
+        const int badges[2] = {IDI_HOST_INTRUDER, IDI_HOST_SAFE};
+        for (int i = 0; i < 2; i++) {
+            HICON badge = static_cast<HICON>(platform::LoadImageW(g_item.instance, MAKEINTRESOURCEW(badges[i]),
+                                                                  IMAGE_ICON, 16, 16, 0));
+            ImageList_AddIcon(g_images, badge);
+            if (badge)
+                DestroyIcon(badge);
+        }
         (void)ListView_SetImageList(list, g_images, LVSIL_SMALL);
     }
     static const WCHAR *const kHeadings[] = {L"Host", L"IP", L"Mac Address"};

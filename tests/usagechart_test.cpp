@@ -2,6 +2,7 @@
 #include "charts/charts.h"
 #include "charts/livegraph.h"
 #include "tests/support.h"
+#include "resources/resource.h"
 #include "trafficlog/reader.h"
 
 namespace {
@@ -147,10 +148,25 @@ TEST_F(UsagePaint, BarsOfEqualOrCrossedSeriesTheMonthsLastDayAndTheHours)
         for (const Seen &b : c.bars)
             EXPECT_TRUE(b.top ? Bar(b.x, b.top, b.bottom, b.c) : Count(b.x, 90, b.x + 2, 193, b.c) == 0) << c.what << ", x " << b.x;
     }
-    // The header's three icons; no device context, no paint.
-    for (int x : {31, 73, 157})
-        EXPECT_GT(Ink(x, 43, x + 23, 66), 10) << x;
-    EXPECT_EQ(0, Ink(100, 43, 150, 66));
+    // The header's three icons at their natural size, on either screen: the
+    // device stretches an icon loaded without its size to 32 pixels.
+    const int ids[2][3] = {{IDI_USAGE_TABLE, IDI_USAGE_CHART, IDI_USAGE_EXPORT},
+                           {IDI_USAGE_TABLE_HIRES, IDI_USAGE_CHART_HIRES, IDI_USAGE_EXPORT_HIRES}};
+    for (int s = 1; s <= 2; s++) {
+        Paint(240 * s, 320 * s, USAGE_DAILY, USAGE_VIEW_CHART, 0, 31);
+        Canvas alone;
+        alone.Make(520, 520);
+        for (int i = 0; i < 3; i++) {
+            int x = (i == 0 ? 31 : i == 1 ? 73 : 157) * s;
+            HICON icon = (HICON)LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(ids[s - 1][i]), IMAGE_ICON,
+                                           24 * s, 24 * s, 0);
+            DrawIconEx(alone.dc, x, 43 * s, icon, 0, 0, 0, nullptr, DI_NORMAL);
+            DestroyIcon(icon);
+            EXPECT_GT(Ink(x, 43 * s, x + 24 * s - 1, 66 * s), 10) << x;
+            EXPECT_EQ(Pixels(alone.dc, x, 43 * s, 32 * s, 26 * s), Pixels(canvas_.dc, x, 43 * s, 32 * s, 26 * s)) << x;
+        }
+    }
+    // No device context, no paint.
     PaintUsageChart(nullptr, USAGE_DAILY, USAGE_VIEW_CHART, 0, 0, tx_, rx_, 0, 31);
 }
 
