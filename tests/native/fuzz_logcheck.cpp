@@ -1,6 +1,6 @@
 // fuzz_logcheck.cpp: libFuzzer target for the log check and repair and the dialog's parser, natively.
-// clang++ -std=c++17 -g -O1 -fsanitize=fuzzer,address,undefined -I. tests/native/fuzz_logcheck.cpp \
-//   tools/qvlog/logcheck.cpp trafficlog/logformat.cpp trafficlog/logparse.cpp -o fuzz_logcheck
+// fuzz sources: tools/qvlog/logcheck.cpp trafficlog/logformat.cpp trafficlog/logparse.cpp
+// Input: a month's log (its first byte also picks the month).
 #include <stdlib.h>
 
 #include "tools/qvlog/logcheck.h"
