@@ -22,7 +22,7 @@ while [ $# -gt 0 ]; do
     --out) OUT=$2; shift ;;
     --ci) MODE=ci; LIMIT="-max_total_time=2" ;;
     --build-only) MODE=build ;;
-    -h | --help) sed -n '2,11p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
+    -h | --help) sed -n '2,10p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
     -*) echo "fuzz.sh: unknown option $1" >&2; exit 2 ;;
     *) TARGETS+=("$1") ;;
     esac
