@@ -1,8 +1,6 @@
 // binding.cpp: the adapter's name out of the driver's answer to the binding query.
 #include "wireless/binding.h"
 
-#include <string.h>
-
 static uint32_t ReadWord(const uint8_t *p)
 {
     return (uint32_t)p[0] | (uint32_t)p[1] << 8 | (uint32_t)p[2] << 16 | (uint32_t)p[3] << 24;
