@@ -7,7 +7,7 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 BUILD=${QUORVANE_BUILD:-build}
-PACKAGES="cmake make python3 xz-utils g++ g++-mingw-w64-x86-64-posix wine wine64 fonts-wine xvfb xauth googletest iproute2 samba xdotool"
+PACKAGES="cmake make python3 xz-utils g++ g++-mingw-w64-x86-64-posix wine wine64 fonts-wine xvfb xauth googletest iproute2 samba xdotool clang-14 libfuzzer-14-dev libclang-rt-14-dev"
 XVFB_SCREEN="-screen 0 1280x1024x24"
 
 install_missing() {

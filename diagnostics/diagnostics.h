@@ -3,9 +3,10 @@
 
 #include <windows.h>
 
+#include "diagnostics/listparse.h"
+
 #define PING_TIMER_ID 10
 #define PING_TIMEOUT_MS 5000
-#define HOST_RECORD_CHARS 100     // 200 bytes a record
 #define INTRUDER_TIMER_ID 14
 
 INT_PTR CALLBACK PingDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

@@ -17,12 +17,11 @@ namespace {
 
 bool SipShown = false;
 
-// The next 200-byte record: bytes read, 0 at the end or after repeated failures.
-DWORD ReadHostRecord(HANDLE file, WCHAR *record)
+// The next 200-byte record, laid over `record` (see listparse.h): bytes
+// read, 0 at the end or after repeated failures.
+DWORD ReadHostRecord(HANDLE file, unsigned char *record)
 {
-    DWORD got = ReadListRecord(file, record, HOST_RECORD_CHARS * sizeof(WCHAR));
-    record[HOST_RECORD_CHARS - 1] = 0;   // a record without its terminator ends here
-    return got;
+    return ReadListRecord(file, record, HOST_RECORD_BYTES);
 }
 
 void ShowSip(HWND dialog, bool up)
@@ -134,9 +133,12 @@ bool LoadHostList(HWND combo)
                               FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE)
         return false;
-    WCHAR record[HOST_RECORD_CHARS];
-    while (ReadHostRecord(file, record) > 0)
-        SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(record));
+    unsigned char record[HOST_RECORD_BYTES] = {0};
+    WCHAR text[HOST_RECORD_CHARS];
+    while (ReadHostRecord(file, record) > 0) {
+        HostRecordText(record, text);
+        SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
+    }
     CloseHandle(file);
     return true;
 }
@@ -152,15 +154,16 @@ bool AddHost(HWND dialog, LPCWSTR host)
         file = CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE)
         return false;
-    WCHAR record[HOST_RECORD_CHARS];
+    unsigned char record[HOST_RECORD_BYTES] = {0};
+    WCHAR text[HOST_RECORD_CHARS];
     while (ReadHostRecord(file, record) > 0) {
-        if (_wcsicmp(record, host) == 0) {
+        HostRecordText(record, text);
+        if (SameHostName(text, host)) {
             CloseHandle(file);
             return false;
         }
     }
-    memset(record, 0, sizeof record);
-    CopyText(record, host, HOST_RECORD_CHARS);
+    HostRecordBytes(host, record);
     SetFilePointer(file, 0, nullptr, FILE_END);
     DWORD written = 0;
     WriteFile(file, record, sizeof record, &written, nullptr);
@@ -179,9 +182,11 @@ bool DeleteHost(HWND dialog, LPCWSTR host)
     HANDLE file, out;
     if (!OpenForRewrite(path, temp, &file, &out))
         return false;
-    WCHAR record[HOST_RECORD_CHARS];
+    unsigned char record[HOST_RECORD_BYTES] = {0};
+    WCHAR text[HOST_RECORD_CHARS];
     while (ReadHostRecord(file, record) > 0) {
-        if (_wcsicmp(record, host) == 0)
+        HostRecordText(record, text);
+        if (SameHostName(text, host))
             continue;
         DWORD written = 0;
         WriteFile(out, record, sizeof record, &written, nullptr);

@@ -12,14 +12,6 @@
 #include <shlobj.h>
 #include <string.h>
 
-bool MacEquals(const BYTE *a, const BYTE *b)
-{
-    for (int i = 0; i < 6; i++)
-        if (a[i] != b[i])
-            return false;
-    return true;
-}
-
 // One path for all three operations: a doubled separator, which the device
 // reads as one, is not read so everywhere.
 void SafeListPath(WCHAR *path)
@@ -32,10 +24,11 @@ static HANDLE OpenExisting(const WCHAR *path)
     return CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-// The next 6-byte record; a short last one is compared over the bytes of the one before.
+// The next 6-byte record, laid over `record`: a short last one is compared
+// over the bytes of the one before (see listparse.h).
 static DWORD ReadRecord(HANDLE file, BYTE *record)
 {
-    return ReadListRecord(file, record, 6);
+    return ReadListRecord(file, record, SAFE_RECORD_BYTES);
 }
 
 bool SafeListContains(const BYTE *mac)
@@ -45,7 +38,7 @@ bool SafeListContains(const BYTE *mac)
     HANDLE file = OpenExisting(path);
     if (file == INVALID_HANDLE_VALUE)
         return false;
-    BYTE record[6] = {0, 0, 0, 0, 0, 0};
+    BYTE record[SAFE_RECORD_BYTES] = {0};
     bool found = false;
     while (!found && ReadRecord(file, record) > 0)
         found = MacEquals(record, mac);
@@ -63,7 +56,7 @@ bool SafeListAdd(const BYTE *mac)
         return false;
     SetFilePointer(file, 0, nullptr, FILE_END);
     DWORD written = 0;
-    WriteFile(file, mac, 6, &written, nullptr);
+    WriteFile(file, mac, SAFE_RECORD_BYTES, &written, nullptr);
     CloseHandle(file);
     return true;
 }
@@ -77,14 +70,14 @@ bool SafeListRemove(HWND owner, const BYTE *mac)
     if (!OpenForRewrite(path, temp, &file, &out))
         return false;
     bool found = false;
-    BYTE record[6] = {0, 0, 0, 0, 0, 0};
+    BYTE record[SAFE_RECORD_BYTES] = {0};
     while (ReadRecord(file, record) > 0) {
         if (MacEquals(record, mac)) {
             found = true;
             continue;
         }
         DWORD written = 0;
-        WriteFile(out, record, 6, &written, nullptr);
+        WriteFile(out, record, SAFE_RECORD_BYTES, &written, nullptr);
     }
     CloseHandle(file);
     CloseHandle(out);

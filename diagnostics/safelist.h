@@ -3,9 +3,10 @@
 
 #include <windows.h>
 
+#include "diagnostics/listparse.h"
+
 #define REPORT_LAST_NUMBER 599
 
-bool MacEquals(const BYTE *a, const BYTE *b);
 bool SafeListContains(const BYTE *mac);
 bool SafeListAdd(const BYTE *mac);
 // Removes every record of mac; true when there was one, also when the file

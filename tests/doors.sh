@@ -36,9 +36,9 @@ no_window() {
 # The store's file code and its portable parsers: every trafficlog/ file but the export dialog.
 STORE=$(ls trafficlog/*.cpp trafficlog/*.h | grep -v export_dialog)
 STORE_HEADERS=$(ls trafficlog/*.h | grep -v export_dialog)
-WIRELESS="wireless/query.cpp wireless/bssidlist.cpp wireless/wireless.h wireless/bssidlist.h"
+WIRELESS="wireless/query.cpp wireless/bssidlist.cpp wireless/binding.cpp wireless/wireless.h wireless/bssidlist.h wireless/binding.h"
 room $STORE -- platform/ $STORE_HEADERS
-room $WIRELESS -- platform/ wireless/wireless.h wireless/bssidlist.h
+room $WIRELESS -- platform/ wireless/wireless.h wireless/bssidlist.h wireless/binding.h
 no_window $STORE $WIRELESS
 room $(find platform -name '*.cpp' -o -name '*.h') -- platform/
 [ $failed = 0 ] && echo "doors: ok"

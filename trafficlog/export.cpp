@@ -13,6 +13,7 @@ namespace {
 const char kCsvHeader[] = "\"Date\",\"Xmit\",\"Rcv\",\"Total\"\n";
 const int kFieldChars = 64;
 const int kLineChars = 4 * kFieldChars + 16;
+const int kRecordsPerRead = 64;
 
 void WriteBytes(HANDLE file, const char *bytes, int length)
 {
@@ -30,10 +31,8 @@ void WriteRow(HANDLE csv, LPCWSTR date, double transmitted, double received)
     WriteBytes(csv, line, FormatCsvRow(line, kLineChars, date, out, in, total));
 }
 
-// Sums one month's log into day slots 0-31 and the month totals. The first
-// record the whole export reads is held to From's day (and in a one-month
-// range to To's day as well); after it, only days past To in the last month
-// are left out.
+// Sums one month's log into day slots 0-31 and the month totals (see
+// AddExportMonthBytes for which records count).
 void ReadMonth(int year, int month, bool lastMonth, const ExportDate &from, const ExportDate &to,
                bool *firstRecord, double *transmitted, double *received, double *totalOut,
                double *totalIn)
@@ -46,32 +45,14 @@ void ReadMonth(int year, int month, bool lastMonth, const ExportDate &from, cons
     // that fail end the month rather than being tried again for ever.
     if (!log || log == INVALID_HANDLE_VALUE)
         return;
-    // One buffer for the whole month: a cut tail keeps the previous record's
-    // bytes behind it, as the chart's reader sees it too.
-    TrafficLogRecord record = {};
+    TrafficExportView view = {from.day, to.day, lastMonth, firstRecord, transmitted, received,
+                              totalOut, totalIn, {0}};
+    unsigned char bytes[TRAFFIC_RECORD_BYTES * kRecordsPerRead];
     for (;;) {
         DWORD got = 0;
-        if (!ReadFile(log, &record, sizeof record, &got, nullptr) || got == 0)
+        if (!ReadFile(log, bytes, sizeof bytes, &got, nullptr) || got == 0)
             break;
-        int d = record.day;
-        bool passes;
-        if (*firstRecord) {
-            *firstRecord = false;
-            passes = d >= from.day && (!lastMonth || d <= to.day);
-        } else {
-            passes = !(lastMonth && d > to.day);
-        }
-        if (!passes)
-            continue;
-        double out = record.transmitted, in = record.received;
-        *totalOut += out;
-        *totalIn += in;
-        // A damaged file may name any day: it counts in the month's total,
-        // but only days 0-31 have a slot.
-        if (d >= 0 && d < SERIES_SLOTS) {
-            transmitted[d] += out;
-            received[d] += in;
-        }
+        AddExportMonthBytes(&view, bytes, got);
     }
     CloseHandle(log);
 }

@@ -1,5 +1,6 @@
 // logwriter.cpp: the traffic log writer: one record per local day and hour, found or appended every tick.
 #include "trafficlog/trafficlog.h"
+#include "trafficlog/logparse.h"
 #include "platform/platform.h"
 
 #include <shlobj.h>
@@ -56,11 +57,11 @@ void LogTraffic(HWND owner, DWORD received, DWORD transmitted)
     if (!file || file == INVALID_HANDLE_VALUE)
         return;
 
-    // The month is read in a few large reads and searched in memory; every
-    // read is walked 12 bytes at a time as if it had been read so. One record
-    // buffer for the whole scan: a cut tail is laid over the previous
-    // record's bytes and, unless it names this hour, matches nothing, and
-    // the new record goes after it. Keep it so; readers see the same file.
+    // The month is read in a few large reads and searched in memory, with
+    // one record buffer for the whole scan: a cut tail is laid over the
+    // previous record's bytes and, unless it names this hour, matches
+    // nothing, and the new record goes after it. Keep it so; readers see the
+    // same file.
     BYTE month[kChunkBytes];
     TrafficLogRecord record = {};
     DWORD written = 0;
@@ -68,17 +69,15 @@ void LogTraffic(HWND owner, DWORD received, DWORD transmitted)
     for (;;) {
         DWORD got = 0;
         BOOL ok = ReadFile(file, month, sizeof month, &got, nullptr);
-        for (DWORD at = 0; at < got; at += sizeof record) {
-            DWORD n = got - at < sizeof record ? got - at : (DWORD)sizeof record;
-            memcpy(&record, month + at, n);
-            if (record.day == (int)now.wDay && record.hour == (int)now.wHour) {
-                record.received += received;
-                record.transmitted += transmitted;
-                SetFilePointer(file, -(LONG)(got - at), nullptr, FILE_CURRENT);
-                WriteFile(file, &record, sizeof record, &written, nullptr);
-                CloseHandle(file);
-                return;
-            }
+        size_t at = FindTrafficLogRecord(reinterpret_cast<unsigned char *>(&record), month, got, now.wDay,
+                                         now.wHour);
+        if (at < got) {
+            record.received += received;
+            record.transmitted += transmitted;
+            SetFilePointer(file, -(LONG)(got - at), nullptr, FILE_CURRENT);
+            WriteFile(file, &record, sizeof record, &written, nullptr);
+            CloseHandle(file);
+            return;
         }
         if (!ok) {
             if (++failures >= kReadAttempts)

@@ -1,18 +1,18 @@
-// bssidlist.cpp: decoding the adapter's access-point list, safely whatever its lengths say.
+// bssidlist.cpp: decoding the adapter's access-point list, safely whatever its lengths say, and SSID text.
 #include "wireless/bssidlist.h"
 
 #include <string.h>
 
 // Entries follow each other at odd lengths: read fields byte-wise, never as
 // aligned words (the device's processor faults on those).
-static DWORD Field(const BYTE *entry, DWORD offset)
+static uint32_t Field(const uint8_t *entry, uint32_t offset)
 {
-    DWORD v;
+    uint32_t v;
     memcpy(&v, entry + offset, sizeof v);
     return v;
 }
 
-static void DecodeEntry(const BYTE *e, BssidEntry *out)
+static void DecodeEntry(const uint8_t *e, BssidEntry *out)
 {
     memcpy(out->mac, e + 4, sizeof out->mac);
     out->ssidLength = Field(e, 12);
@@ -20,7 +20,7 @@ static void DecodeEntry(const BYTE *e, BssidEntry *out)
         out->ssidLength = BSSID_SSID_BYTES;
     memcpy(out->ssid, e + 16, BSSID_SSID_BYTES);
     out->privacy = Field(e, 48);
-    out->rssi = (LONG)Field(e, 52);
+    out->rssi = (int32_t)Field(e, 52);
     out->networkType = Field(e, 56);
     out->beaconPeriod = Field(e, 64);
     out->atimWindow = Field(e, 68);
@@ -29,18 +29,18 @@ static void DecodeEntry(const BYTE *e, BssidEntry *out)
     memcpy(out->rates, e + 96, BSSID_RATE_BYTES);
 }
 
-int DecodeBssidList(const BYTE *data, DWORD size, BssidEntry *entries, int max)
+int DecodeBssidList(const uint8_t *data, uint32_t size, BssidEntry *entries, int max)
 {
     if (!data || size < 4)
         return 0;
-    DWORD count = Field(data, 0);
-    DWORD position = 4;
+    uint32_t count = Field(data, 0);
+    uint32_t position = 4;
     int decoded = 0;
-    for (DWORD i = 0; i < count && decoded < max; i++) {
-        DWORD rest = size - position;
+    for (uint32_t i = 0; i < count && decoded < max; i++) {
+        uint32_t rest = size - position;
         if (rest < 4)
             break;
-        DWORD length = Field(data, position);
+        uint32_t length = Field(data, position);
         // No step forward, or an entry that runs off the end: nothing after
         // it can be found.
         if (length == 0 || length > rest)
@@ -50,4 +50,12 @@ int DecodeBssidList(const BYTE *data, DWORD size, BssidEntry *entries, int max)
         position += length;
     }
     return decoded;
+}
+
+void SsidText(const uint8_t *bytes, uint32_t length, char *text)
+{
+    if (length > BSSID_SSID_BYTES)
+        length = BSSID_SSID_BYTES;
+    memcpy(text, bytes, length);
+    text[length] = 0;
 }

@@ -16,23 +16,11 @@ static DWORD ReadDword(const BYTE *p)
     return v;
 }
 
-void BindingNameFromRecord(const BYTE *answer, DWORD size, WCHAR *name, int chars)
-{
-    name[0] = 0;
-    if (chars < 1 || size < sizeof(NDISUIO_QUERY_BINDING))
-        return;
-    DWORD offset = ReadDword(answer + offsetof(NDISUIO_QUERY_BINDING, DeviceNameOffset));
-    DWORD length = ReadDword(answer + offsetof(NDISUIO_QUERY_BINDING, DeviceNameLength));
-    if (offset >= size)
-        return;
-    if (length > size - offset)
-        length = size - offset;
-    DWORD count = length / sizeof(WCHAR);
-    if (count > (DWORD)chars - 1)
-        count = chars - 1;
-    memcpy(name, answer + offset, count * sizeof(WCHAR));
-    name[count] = 0;
-}
+// The record as the driver's header lays it out.
+static_assert(offsetof(NDISUIO_QUERY_BINDING, DeviceNameOffset) == BINDING_NAME_OFFSET &&
+                  offsetof(NDISUIO_QUERY_BINDING, DeviceNameLength) == BINDING_NAME_LENGTH &&
+                  sizeof(NDISUIO_QUERY_BINDING) == BINDING_RECORD_BYTES,
+              "the binding record's layout");
 
 void QueryBindingName(HANDLE device, BYTE *buffer, WCHAR *name)
 {

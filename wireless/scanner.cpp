@@ -81,15 +81,6 @@ void ShowSsid(HWND dialog, const char *ssid)
     SetDlgItemTextW(dialog, IDC_SCAN_SSID, text);
 }
 
-// The SSID's bytes as text: cut at its length, its field, or a zero byte.
-void CopySsid(char *to, const BYTE *bytes, DWORD length)
-{
-    if (length > BSSID_SSID_BYTES)
-        length = BSSID_SSID_BYTES;
-    memcpy(to, bytes, length);
-    to[length] = 0;
-}
-
 void Fill(AccessPoint *ap, const BssidEntry &e)
 {
     ap->privacy = e.privacy;
@@ -108,7 +99,7 @@ void AddAccessPoint(HWND list, const BssidEntry &e)
         return;
     int index = g_scanner.count;
     AccessPoint *ap = &g_scanner.entries[index];
-    CopySsid(ap->ssid, e.ssid, e.ssidLength);
+    SsidText(e.ssid, e.ssidLength, ap->ssid);
     memcpy(ap->bssid, e.mac, sizeof ap->bssid);
     ap->row = index;
     Fill(ap, e);
@@ -220,9 +211,9 @@ bool RefreshAccessPoints(HWND dialog)
     char ssid[33] = "";
     const BYTE *value;
     if (QueryWirelessOid(&session, OID_802_11_SSID, &value)) {
-        DWORD length;
+        uint32_t length;
         memcpy(&length, value, 4);
-        CopySsid(ssid, value + 4, length);
+        SsidText(value + 4, length, ssid);
     }
     ShowSsid(dialog, ssid);
     if (QueryWirelessOid(&session, OID_802_11_BSSID, &value)) {

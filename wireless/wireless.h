@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include "wireless/binding.h"
+
 #define WIRELESS_NAME_CHARS 128
 #define NO_CHANNEL (-1)
 #define NO_SIGNAL (-200)            // a reading when there is none
@@ -22,11 +24,6 @@ extern const SignalReadings SignalState;
 // The wireless adapter's comings and goings; WirelessSeen is cleared at start-up.
 extern DWORD WirelessSinceTick;   // GetTickCount() when the adapter was first seen after an absence
 extern DWORD WirelessLostValue;   // WirelessSinceTick minus the tick count when it went; -1 until then
-
-// The adapter name out of the driver's answer to the binding query (`size`
-// bytes): the name the record points at, cut to what lies inside the answer
-// and fits `chars` characters; empty when there is none.
-void BindingNameFromRecord(const BYTE *answer, DWORD size, WCHAR *name, int chars);
 
 // The binding query on an open device, in the query's buffer of
 // WIRELESS_BUFFER_SIZE bytes; the name is empty when the query fails.

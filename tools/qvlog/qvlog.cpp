@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <set>
 
+#include "tools/qvlog/dates.h"
 #include "tools/qvlog/files.h"
 #include "tools/qvlog/logcheck.h"
 #include "trafficlog/logformat.h"
@@ -56,39 +57,6 @@ struct Options {
     bool inPlace;
     int year, month, day;   // today
 };
-
-struct Date {
-    int year, month, day;
-};
-
-// Digits only, of exactly `width`.
-bool TakeNumber(const char *&p, int width, int *value)
-{
-    *value = 0;
-    for (int i = 0; i < width; i++, p++) {
-        if (*p < '0' || *p > '9')
-            return false;
-        *value = *value * 10 + (*p - '0');
-    }
-    return true;
-}
-
-// "YYYY", "YYYY-MM" or "YYYY-MM-DD" by `parts`; a date of the calendar with
-// a four-digit year, as the file names have.
-bool ParseDate(const std::string &text, int parts, Date *date)
-{
-    const char *p = text.c_str();
-    date->month = date->day = 1;
-    if (!TakeNumber(p, 4, &date->year) || date->year < 1)
-        return false;
-    if (parts > 1 && (*p++ != '-' || !TakeNumber(p, 2, &date->month) || date->month < 1 || date->month > 12))
-        return false;
-    if (parts > 2 &&
-        (*p++ != '-' || !TakeNumber(p, 2, &date->day) || date->day < 1 ||
-         date->day > DaysInMonth(date->year, date->month)))
-        return false;
-    return *p == 0;
-}
 
 std::string Printf(const char *format, ...) __attribute__((format(printf, 1, 2)));
 std::string Printf(const char *format, ...)
@@ -176,24 +144,17 @@ int Worse(int a, int b)
 }
 
 // The month's total as the CSV export writes it for the whole month: every
-// record read in 12-byte steps (a cut tail over the record before it) up to
-// the month's last day, the first one from day 1 on. Only a damaged file
-// makes it differ from the sum of the days.
+// record up to the month's last day, the first one from day 1 on. Only a
+// damaged file makes it differ from the sum of the days.
 void ExportTotal(const MonthFile &file, int year, int month, QvlogRow *total)
 {
     total->received = total->transmitted = 0;
-    unsigned char record[TRAFFIC_RECORD_BYTES] = {0};
-    int last = DaysInMonth(year, month);
-    const std::vector<unsigned char> &bytes = file.bytes;
-    for (size_t at = 0; file.present && at < bytes.size(); at += TRAFFIC_RECORD_BYTES) {
-        memcpy(record, &bytes[at], std::min((size_t)TRAFFIC_RECORD_BYTES, bytes.size() - at));
-        TrafficLogFields f;
-        DecodeTrafficLogRecord(record, &f);
-        if (f.day > last || (at == 0 && f.day < 1))
-            continue;
-        total->received += f.received;
-        total->transmitted += f.transmitted;
-    }
+    double tx[SERIES_SLOTS] = {}, rx[SERIES_SLOTS] = {};
+    bool first = true;
+    TrafficExportView view = {1, DaysInMonth(year, month), true, &first, tx, rx,
+                              &total->transmitted, &total->received, {0}};
+    if (file.present)
+        AddExportMonthBytes(&view, file.bytes.data(), file.bytes.size());
 }
 
 int MonthDays(const std::string &folder, int year, int month, std::vector<QvlogRow> *rows, QvlogRow *total,
@@ -336,20 +297,20 @@ int ChooseFolder(const Options &o, std::string *folder, FILE *err)
     return QVLOG_OK;
 }
 
-int DateArgument(const Options &o, int parts, const char *shape, Date *date, FILE *err)
+int DateArgument(const Options &o, int parts, const char *shape, QvlogDate *date, FILE *err)
 {
     if (o.args.size() > 1)
         return Usage(err, Printf("%s takes one date at most", o.command.c_str()));
     if (o.args.empty())
         return QVLOG_OK;
-    if (!ParseDate(o.args[0], parts, date))
+    if (!ParseQvlogDate(o.args[0].c_str(), parts, date))
         return Usage(err, Printf("not a date of the calendar: \"%s\" (want %s)", o.args[0].c_str(), shape));
     return QVLOG_OK;
 }
 
 int Days(const Options &o, const std::string &folder, FILE *out, FILE *err)
 {
-    Date date = {o.year, o.month, o.day};
+    QvlogDate date = {o.year, o.month, o.day};
     if (DateArgument(o, 2, "YYYY-MM", &date, err))
         return QVLOG_USAGE;
     std::vector<QvlogRow> rows;
@@ -363,7 +324,7 @@ int Days(const Options &o, const std::string &folder, FILE *out, FILE *err)
 
 int Hours(const Options &o, const std::string &folder, FILE *out, FILE *err)
 {
-    Date date = {o.year, o.month, o.day};
+    QvlogDate date = {o.year, o.month, o.day};
     if (DateArgument(o, 3, "YYYY-MM-DD", &date, err))
         return QVLOG_USAGE;
     MonthFile file;
@@ -385,7 +346,7 @@ int Hours(const Options &o, const std::string &folder, FILE *out, FILE *err)
 
 int Months(const Options &o, const std::string &folder, FILE *out, FILE *err)
 {
-    Date date = {o.year, o.month, o.day};
+    QvlogDate date = {o.year, o.month, o.day};
     if (DateArgument(o, 1, "YYYY", &date, err))
         return QVLOG_USAGE;
     std::vector<QvlogRow> rows, days;
@@ -617,8 +578,8 @@ int ParseOptions(int argc, char **argv, Options *o, FILE *err)
                     return Usage(err, "--top wants a whole number from 1");
                 o->top = (int)n;
             } else {
-                Date d;
-                if (!ParseDate(v, 3, &d))
+                QvlogDate d;
+                if (!ParseQvlogDate(v.c_str(), 3, &d))
                     return Usage(err, "not a date of the calendar: \"" + v + "\" (want YYYY-MM-DD)");
                 o->year = d.year;
                 o->month = d.month;
