@@ -53,6 +53,7 @@ protected:
     HostRecord &Slot(int lastByte) { return g_scan.table->hosts[lastByte - 1]; }
     void Command(int id) { SendMessageW(dialog_, WM_COMMAND, id, 0); }
     void Poll() { SendMessageW(dialog_, WM_TIMER, INTRUDER_TIMER_ID, 0); }
+    void Scan(int workers = 254) { Command(IDC_INTRUDER_DETECT); fake::RunThreads(workers); Poll(); }
     HWND List() { return GetDlgItem(dialog_, IDC_INTRUDER_LIST); }
     // Each row as "host|ip|mac|image".
     Lines Rows()
@@ -65,9 +66,7 @@ protected:
                 ListView_GetItemText(List(), i, c, text, 64);
                 row += std::string(text, text + wcslen(text)) + "|";
             }
-            LVITEMW item = {};
-            item.mask = LVIF_IMAGE;
-            item.iItem = i;
+            LVITEMW item = {LVIF_IMAGE, i};
             ListView_GetItem(List(), &item);
             rows.push_back(row + (item.iImage == 1 ? "safe" : "intruder"));
         }
@@ -75,9 +74,7 @@ protected:
     }
     void Tap(int row)
     {
-        NMLISTVIEW tap = {};
-        tap.hdr = {List(), IDC_INTRUDER_LIST, (UINT)NM_CLICK};
-        tap.iItem = row;
+        NMLISTVIEW tap = {{List(), IDC_INTRUDER_LIST, (UINT)NM_CLICK}, row};
         SendMessageW(dialog_, WM_NOTIFY, IDC_INTRUDER_LIST, (LPARAM)&tap);
     }
     std::wstring Path(const wchar_t *name, int n = 0)
@@ -97,28 +94,7 @@ protected:
     std::wstring safeList_;
 };
 
-TEST_F(Intruder, CandidatesAreTheOwnSlash24AndEachWorkerProbesOnceAndLetsGo)
-{
-    ASSERT_TRUE(StartScan(nullptr));
-    EXPECT_EQ(254, fake::g_lan.threadsSuspended);
-    EXPECT_EQ(inet_addr("198.51.100.33"), g_scan.ownAddress);
-    EXPECT_EQ(0, memcmp("\x02\x00\x5E\x10\x00\x21", g_scan.ownMac, 6));
-    EXPECT_EQ(254, fake::RunThreads());
-    ASSERT_EQ(254u, fake::g_lan.echoes.size());
-    for (int i = 0; i < 254; i++) {
-        EXPECT_EQ(htonl(0xC6336401u + i), fake::g_lan.echoes[i].destination) << i;   // 198.51.100.1 + i
-        EXPECT_TRUE(fake::g_lan.echoes[i].requestAsSent && fake::g_lan.echoes[i].timeout == 5000) << i;
-        EXPECT_EQ(-1, g_scan.table->hosts[i].status) << i;
-    }
-    // Every worker let go of what it had: sockets, handles, Winsock, its record.
-    EXPECT_EQ(0, fake::g_lan.icmpOpen + fake::g_lan.threadHandlesOpen + fake::g_lan.badHandleCloses + fake::g_lan.wsaBalance);
-    EXPECT_EQ(1, fake::g_lan.liveBlocks);   // the table, the dialog's until it lets go
-    ReleaseScanTable();
-    EXPECT_EQ(0, fake::g_lan.liveBlocks);
-    EXPECT_TRUE(fake::FreedBlocksUntouched());
-}
-
-TEST_F(Intruder, WorkersRecordAddressMacAndName)
+TEST_F(Intruder, OneWorkerPerAddressOfTheOwnSlash24RecordsAddressMacAndName)
 {
     Host("198.51.100.7", kA, "SAMBA1");
     Host("198.51.100.20", std::string("\1\2\3\4\5\6"));        // no NetBIOS
@@ -128,7 +104,13 @@ TEST_F(Intruder, WorkersRecordAddressMacAndName)
     fake::AddHost("198.51.100.202", false);
     fake::g_lan.arpGrowths = 3;   // the table grows under the first workers
     ASSERT_TRUE(StartScan(nullptr));
-    fake::RunThreads();
+    EXPECT_EQ(254, fake::g_lan.threadsSuspended);
+    EXPECT_EQ(254, fake::RunThreads());
+    ASSERT_EQ(254u, fake::g_lan.echoes.size());
+    for (int i = 0; i < 254; i++) {   // 198.51.100.1 + i, with the scan's request
+        EXPECT_EQ(htonl(0xC6336401u + i), fake::g_lan.echoes[i].destination) << i;
+        EXPECT_TRUE(fake::g_lan.echoes[i].requestAsSent && fake::g_lan.echoes[i].timeout == 5000) << i;
+    }
     const struct { int last; LONG status; const char *name; DWORD macKnown; BYTE mac0; } wants[] = {
         {7, 1, "SAMBA1", 1, 0x00}, {20, 1, "", 1, 0x01}, {100, 1, "NOARP", 0, 0}, {200, 1, "", 0, 0},
         {201, -1, "", 0, 0},       {202, -1, "", 0, 0},  {33, -1, "", 0, 0},
@@ -143,7 +125,13 @@ TEST_F(Intruder, WorkersRecordAddressMacAndName)
     }
     EXPECT_EQ(kA, std::string((const char *)Slot(7).mac, 6));
     EXPECT_EQ(4u, fake::g_lan.queried.size());   // only hosts that answered were asked their name
-    EXPECT_EQ(0, fake::g_lan.socketsOpen);
+    // Every worker let go of what it had: sockets, handles, Winsock, its record; the table is the dialog's.
+    EXPECT_EQ(0, fake::g_lan.icmpOpen + fake::g_lan.socketsOpen + fake::g_lan.threadHandlesOpen +
+                     fake::g_lan.badHandleCloses + fake::g_lan.wsaBalance);
+    EXPECT_EQ(1, fake::g_lan.liveBlocks);
+    ReleaseScanTable();
+    EXPECT_EQ(0, fake::g_lan.liveBlocks);
+    EXPECT_TRUE(fake::FreedBlocksUntouched());
 }
 
 TEST_F(Intruder, MemoryRunsShortWorkersEndAtOnceAndNoAddressNoScan)
@@ -161,8 +149,7 @@ TEST_F(Intruder, MemoryRunsShortWorkersEndAtOnceAndNoAddressNoScan)
     Host("198.51.100.7");
     fake::g_lan.deferThreads = false;
     ASSERT_TRUE(StartScan(nullptr));
-    EXPECT_EQ(0, fake::PendingThreads());
-    EXPECT_EQ(0, fake::g_lan.badHandleCloses + fake::g_lan.threadHandlesOpen);
+    EXPECT_EQ(0, fake::PendingThreads() + fake::g_lan.badHandleCloses + fake::g_lan.threadHandlesOpen);
     EXPECT_EQ(1, Slot(7).status);
     EXPECT_TRUE(fake::g_device.messageBoxes.empty());
     fake::g_device.adapters.resize(1);        // loopback only: no address
@@ -179,8 +166,7 @@ TEST_F(Intruder, ClosingMidScanDropsLateResults)
 {
     Host("198.51.100.7");
     Host("198.51.100.200");
-    Command(IDC_INTRUDER_DETECT);
-    fake::RunThreads(100);
+    Scan(100);
     Command(IDOK);
     EXPECT_EQ(nullptr, g_scan.table);
     EXPECT_EQ(1, fake::g_lan.liveBlocks - 154);   // the table, and 154 workers' records
@@ -195,8 +181,7 @@ TEST_F(Intruder, DetectPressedTwiceKeepsEachScansWorkersOnTheirOwnTable)
 {
     Host("198.51.100.7");
     Host("198.51.100.200");
-    Command(IDC_INTRUDER_DETECT);
-    fake::RunThreads(100);
+    Scan(100);
     HostTable *first = g_scan.table;
     Command(IDC_INTRUDER_DETECT);
     HostTable *second = g_scan.table;
@@ -216,15 +201,13 @@ TEST_F(Intruder, DetectPressedTwiceKeepsEachScansWorkersOnTheirOwnTable)
 
 TEST_F(Intruder, RowsAppearTopFirstThenSortByAddress)
 {
-    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog_, IDC_INTRUDER_EXPORT)));
     Host("198.51.100.200", kA, "NMBD");
     Host("198.51.100.7", kB);
     Host("198.51.100.20");                                 // answered, no ARP row
     Host("198.51.100.33");                                 // the device itself, not in its own ARP table
     ASSERT_TRUE(SafeListAdd(Bytes(kB)));
-    Command(IDC_INTRUDER_DETECT);
-    fake::RunThreads(127);                                 // .1 .. .127
-    Poll();
+    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog_, IDC_INTRUDER_EXPORT)));
+    Scan(127);                                             // .1 .. .127
     EXPECT_EQ(50, SendDlgItemMessageW(dialog_, IDC_INTRUDER_PROGRESS, PBM_GETPOS, 0, 0));
     EXPECT_EQ((Lines{"|198.51.100.33|02:00:5E:10:00:21|safe", "|198.51.100.20||intruder",
                      "|198.51.100.7|00:0A:00:00:00:0B|safe"}),
@@ -248,9 +231,7 @@ TEST_F(Intruder, TapsAddToAndRemoveFromTheSafeList)
     Host("198.51.100.7", kA);
     Host("198.51.100.9", kC, "PRINTER");
     Host("198.51.100.33");
-    Command(IDC_INTRUDER_DETECT);
-    fake::RunThreads();
-    Poll();
+    Scan();
     Tap(2);                                                // the device's own row asks nothing
     Tap(-1);
     EXPECT_TRUE(fake::g_device.messageBoxes.empty());
@@ -282,8 +263,7 @@ TEST_F(Intruder, SafeListFile)
     EXPECT_EQ(kB + kC, Read(safeList_));
     // A cut last record is read over the bytes of the one before it.
     Write(safeList_, kA + "\xFF\xEE\xDD");
-    EXPECT_TRUE(SafeListContains(Bytes("\xFF\xEE\xDD\x3C\x4D\x5E")));
-    EXPECT_FALSE(SafeListContains(Bytes(kC)));
+    EXPECT_TRUE(SafeListContains(Bytes("\xFF\xEE\xDD\x3C\x4D\x5E")) && !SafeListContains(Bytes(kC)));
     // A list that cannot be deleted stays as it was, and says so.
     Write(safeList_, kA + kB);
     HANDLE held = CreateFileW(safeList_.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
@@ -309,9 +289,7 @@ TEST_F(Intruder, ReportNumbersRowsAndMessages)
     Command(IDC_INTRUDER_EXPORT);   // an empty list: the header alone
     EXPECT_EQ(header, Read(Path(report, 2)));
     EXPECT_EQ(L"Data output to: " + Path(report, 2) + L"|Infomation", Box(0));
-    Command(IDC_INTRUDER_DETECT);
-    fake::RunThreads();
-    Poll();
+    Scan();
     Command(IDC_INTRUDER_EXPORT);
     EXPECT_EQ(header + "\"\",\"Yes\",\"198.51.100.7\",\"00:1A:2B:3C:4D:5E\"\n"
                        "\"NOMAC\",\"Yes\",\"198.51.100.20\",\"\"\n"
