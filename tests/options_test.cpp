@@ -116,40 +116,6 @@ TEST_F(OptionsPages, OptionsPageShowsAndSavesOnlyWhatChanged)
     EXPECT_EQ(639u, g_item.xLocation);
 }
 
-// The icon's last background is put back at the old place; the next tick
-// draws the icon at the new one.
-TEST_F(OptionsPages, AMovedIconIsErasedAtItsOldPlaceAndDrawnAtTheNewOne)
-{
-    RECT bar = {0, 0, 240, 26};
-    HBRUSH green = CreateSolidBrush(RGB(0, 128, 0));
-    FillRect(fake::g_device.screenDC, &bar, green);
-    DeleteObject(green);
-    fake::g_device.taskbar = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 240, 26, nullptr,
-                                             nullptr, nullptr, nullptr);
-    ValidateRect(fake::g_device.taskbar, nullptr);
-    g_item.xLocation = 100;
-    g_item.sampleCount = 0;   // primed: the next tick draws
-    OnTick(nullptr);
-    COLORREF drawn = fake::ScreenPixel(108, 12);
-    ASSERT_NE(RGB(0, 128, 0), drawn);
-
-    Open(IDD_OPT_OPTIONS, OptionsPageProc);
-    SetDlgItemTextW(page_, IDC_OPT_XLOCATION, L"20");
-    Notify(PSN_KILLACTIVE);
-    for (int y = 5; y < 21; y++)
-        for (int x = 100; x < 116; x++)
-            ASSERT_EQ(RGB(0, 128, 0), fake::ScreenPixel(x, y)) << x << "," << y;
-    // The taskbar is asked to paint the old square again.
-    RECT update = {};
-    ASSERT_TRUE(GetUpdateRect(fake::g_device.taskbar, &update, FALSE));
-    EXPECT_TRUE(update.left == 100 && update.top == 5 && update.right == 116 && update.bottom == 21);
-    DestroyWindow(fake::g_device.taskbar);
-    OnTick(nullptr);
-    EXPECT_EQ(drawn, fake::ScreenPixel(28, 12));
-    EXPECT_EQ(RGB(0, 128, 0), fake::ScreenPixel(108, 12));
-    EXPECT_EQ(0, fake::g_device.screenDCsOut);
-}
-
 TEST_F(OptionsPages, LogsListedByTheirFirstSixDigitsAndDeletedAfterTheQuestion)
 {
     Touch({L"2006.log", L"200611-copy.log", L"200512.log", L"20x612.log", L"200701.txt", L"notes.log"});

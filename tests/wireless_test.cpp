@@ -14,20 +14,18 @@ class Wireless : public DeviceTest {};
 
 TEST_F(Wireless, SignalLevelAndHistoryByWhatTheDriverAnswers)
 {
-    const struct { const char *what; bool present, bound, bindingFails, level, associated; int result, dbm, newest; } cases[] = {
-        {"no driver", false, true, false, true, true, 0, NO_SIGNAL, NO_SIGNAL},
-        {"no adapter bound", true, false, false, true, true, 0, NO_SIGNAL, NO_SIGNAL},
-        {"binding query fails", true, true, true, true, true, 0, NO_SIGNAL, NO_SIGNAL},
-        {"level query fails", true, true, false, false, true, 1, NO_SIGNAL, NO_SIGNAL},
+    const struct { const char *what; bool present, bound, level, associated; int result, dbm, newest; } cases[] = {
+        {"no driver", false, true, true, true, 0, NO_SIGNAL, NO_SIGNAL},
+        {"no adapter bound", true, false, true, true, 0, NO_SIGNAL, NO_SIGNAL},
+        {"level query fails", true, true, false, true, 1, NO_SIGNAL, NO_SIGNAL},
         // Not associated: the strip shows no signal, the history keeps the level.
-        {"not associated", true, true, false, true, false, 1, NO_SIGNAL, -63},
-        {"associated", true, true, false, true, true, 1, -63, -63},
+        {"not associated", true, true, true, false, 1, NO_SIGNAL, -63},
+        {"associated", true, true, true, true, 1, -63, -63},
     };
     for (auto &c : cases) {
         fake::ResetWireless();
         fake::SetWirelessAdapter(c.bound ? L"TIACXWLN1" : L"");
         fake::g_wireless.present = c.present;
-        fake::g_wireless.bindingFails = c.bindingFails;
         if (c.level)
             fake::SetOidDword(OID_802_11_RSSI, (DWORD)-63);
         if (c.associated)

@@ -206,12 +206,12 @@ TEST_F(WirelessTools, SignalGraphRisesTwoPixelsPerDecibelUpToTheCap)
     DeleteObject(SelectObject(dc, old));
     DeleteDC(dc);
     std::vector<int> tops;
-    for (int x : {45, 48, 51, 54, 162}) {
-        int y = 0;
-        while (y < SIGNALGRAPH_HEIGHT && canvas.At(x, y) != RGB(0, 255, 0))
-            y++;
-        tops.push_back(y);
-    }
+    for (int x : {45, 48, 51, 54, 162})
+        for (int y = 0; y <= SIGNALGRAPH_HEIGHT; y++)
+            if (y == SIGNALGRAPH_HEIGHT || canvas.At(x, y) == RGB(0, 255, 0)) {
+                tops.push_back(y);
+                break;
+            }
     EXPECT_EQ((std::vector<int>{47, 3, SIGNALGRAPH_HEIGHT, SIGNALGRAPH_HEIGHT, 7}), tops);
     EXPECT_EQ(RGB(0, 255, 0), canvas.At(45, 68));   // down to the bottom line
     canvas.Free();
