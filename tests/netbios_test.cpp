@@ -22,14 +22,12 @@ TEST(NodeStatus, RepliesByLengthCountAndPadding)
         {"X", 1, -1, nullptr},                 // a failed receive
     };
     for (auto c : cases) {
-        std::vector<unsigned char> r(c.length > 0 ? c.length : 80, 0);
-        r[56] = (unsigned char)c.count;
-        const std::string padded = c.name + std::string(15, ' ');
-        for (int i = 0; i < 15 && 57 + i < (int)r.size(); i++)
-            r[57 + i] = (unsigned char)padded[i];
+        // The count at 56, the first name from 57, blank-padded to 15.
+        std::string r = std::string(56, '\0') + (char)c.count + c.name + std::string(15 - strlen(c.name), ' ');
+        r.resize(c.length > 0 ? c.length : 80, '\0');
         char name[NETBIOS_NAME_SIZE];
         memset(name, 'q', sizeof name);
-        EXPECT_EQ(c.want != nullptr, ReadNodeStatusName(r.data(), c.length, name)) << c.name << " " << c.length;
+        EXPECT_EQ(c.want != nullptr, ReadNodeStatusName((const unsigned char *)r.data(), c.length, name)) << c.length;
         EXPECT_EQ(std::string(c.want ? c.want : "q"), std::string(name, c.want ? strlen(name) : 1)) << c.length;
     }
 }
