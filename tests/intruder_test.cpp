@@ -1,4 +1,4 @@
-// intruder_test.cpp: the detector dialog's rows, progress and taps; the safe list file; the CSV report.
+// intruder_test.cpp: the intruder scan and its workers, the detector dialog's rows and taps, the safe list, the CSV report.
 #include "diagnostics/diagnostics.h"
 #include "diagnostics/safelist.h"
 #include "diagnostics/scan.h"
@@ -14,39 +14,35 @@
 
 namespace {
 
-const BYTE kOwnMac[6] = {0x02, 0x00, 0x5E, 0x10, 0x00, 0x21};
-const BYTE kA[6] = {0x00, 0x1A, 0x2B, 0x3C, 0x4D, 0x5E};
-const BYTE kB[6] = {0x00, 0x0A, 0x00, 0x00, 0x00, 0x0B};
-const BYTE kC[6] = {0xFF, 0xEE, 0xDD, 0xCC, 0xBB, 0xAA};
+typedef std::vector<std::string> Lines;
+const std::string kA("\x00\x1A\x2B\x3C\x4D\x5E", 6), kB("\x00\x0A\x00\x00\x00\x0B", 6), kC("\xFF\xEE\xDD\xCC\xBB\xAA", 6);
+const BYTE *Bytes(const std::string &mac) { return reinterpret_cast<const BYTE *>(mac.data()); }
 
-std::string ReadAll(const std::wstring &path)
+// A host that answers, with its ARP row and NetBIOS name when given.
+fake::NetHost &Host(const char *ip, const std::string &mac = "", const char *name = nullptr)
 {
-    std::ifstream in(path.c_str(), std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    fake::NetHost &h = fake::AddHost(ip, true);
+    if (!mac.empty())
+        fake::SetMac(h, mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
+    if (name)
+        h.nodeStatus = fake::NodeStatusReply(name, 1, 75);
+    return h;
 }
 
-void WriteAll(const std::wstring &path, const std::string &bytes)
-{
-    std::ofstream out(path.c_str(), std::ios::binary);
-    out << bytes;
-}
-
-std::string Mac(const BYTE *m)
-{
-    return std::string(reinterpret_cast<const char *>(m), 6);
-}
-
-class Detector : public DeviceTest {
+// A desktop on 198.51.100.33 (whatever the mask) behind a loopback adapter, its current
+// address unset as Wine leaves it; the detector open, threads held until the test runs them.
+class Intruder : public DeviceTest {
 protected:
     void SetUp() override
     {
-        g_scan.table = nullptr;
+        g_scan.table = nullptr;   // the fake's memory of the last test is gone
         DeviceTest::SetUp();
-        fake::g_device.adapters.push_back({"eth0", L"", MIB_IF_TYPE_ETHERNET, 2, 0, 0});
-        fake::AdapterAddress eth = {"eth0", "198.51.100.33", {}, 6, false};
-        memcpy(eth.mac, kOwnMac, 6);
-        fake::g_lan.addresses.push_back(eth);
+        fake::g_device.adapters = {{"loop", L"", MIB_IF_TYPE_LOOPBACK, 1, 0, 0}, {"eth0", L"", MIB_IF_TYPE_ETHERNET, 2, 0, 0}};
+        fake::g_lan.addresses = {{"loop", "127.0.0.1", {9, 9, 9, 9, 9, 9}, 6, false},
+                                 {"eth0", "198.51.100.33", {0x02, 0x00, 0x5E, 0x10, 0x00, 0x21}, 6, true}};
         fake::g_lan.deferThreads = true;
+        dialog_ = CreateFromTemplate(IDD_INTRUDER, IntruderDlgProc);
+        safeList_ = Path(L"\\slist.dat");
     }
     void TearDown() override
     {
@@ -54,30 +50,23 @@ protected:
         g_scan.table = nullptr;
         DeviceTest::TearDown();
     }
-    void Open() { dialog_ = CreateFromTemplate(IDD_INTRUDER, IntruderDlgProc); }
-    void Command(int id)
-    {
-        SendMessageW(dialog_, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), (LPARAM)GetDlgItem(dialog_, id));
-    }
+    HostRecord &Slot(int lastByte) { return g_scan.table->hosts[lastByte - 1]; }
+    void Command(int id) { SendMessageW(dialog_, WM_COMMAND, id, 0); }
     void Poll() { SendMessageW(dialog_, WM_TIMER, INTRUDER_TIMER_ID, 0); }
+    void Scan(int workers = 254) { Command(IDC_INTRUDER_DETECT); fake::RunThreads(workers); Poll(); }
     HWND List() { return GetDlgItem(dialog_, IDC_INTRUDER_LIST); }
-    int Progress() { return (int)SendDlgItemMessageW(dialog_, IDC_INTRUDER_PROGRESS, PBM_GETPOS, 0, 0); }
     // Each row as "host|ip|mac|image".
-    std::vector<std::string> Rows()
+    Lines Rows()
     {
-        std::vector<std::string> rows;
+        Lines rows;
         for (int i = 0; i < ListView_GetItemCount(List()); i++) {
             std::string row;
             for (int c = 0; c < 3; c++) {
                 WCHAR text[64] = L"";
                 ListView_GetItemText(List(), i, c, text, 64);
-                for (WCHAR *p = text; *p; p++)
-                    row += (char)*p;
-                row += "|";
+                row += std::string(text, text + wcslen(text)) + "|";
             }
-            LVITEMW item = {};
-            item.mask = LVIF_IMAGE;
-            item.iItem = i;
+            LVITEMW item = {LVIF_IMAGE, i};
             ListView_GetItem(List(), &item);
             rows.push_back(row + (item.iImage == 1 ? "safe" : "intruder"));
         }
@@ -85,245 +74,205 @@ protected:
     }
     void Tap(int row)
     {
-        NMLISTVIEW tap = {};
-        tap.hdr.hwndFrom = List();
-        tap.hdr.idFrom = IDC_INTRUDER_LIST;
-        tap.hdr.code = NM_CLICK;
-        tap.iItem = row;
+        NMLISTVIEW tap = {{List(), IDC_INTRUDER_LIST, (UINT)NM_CLICK}, row};
         SendMessageW(dialog_, WM_NOTIFY, IDC_INTRUDER_LIST, (LPARAM)&tap);
     }
-    std::wstring SafeList()
+    std::wstring Path(const wchar_t *name, int n = 0)
     {
         WCHAR path[MAX_PATH];
-        SafeListPath(path);
-        return path;
+        wsprintfW(path, name, n);
+        return (n ? fake::g_device.personal : std::wstring(g_item.dataFolder)) + path;
     }
-    std::wstring Report(int n)
+    std::string Read(const std::wstring &path)
     {
-        WCHAR name[64];
-        wsprintfW(name, L"\\QuorvaneRpt%03d.csv", n);
-        return fake::g_device.personal + name;
+        std::ifstream in(path.c_str(), std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
     }
+    void Write(const std::wstring &path, const std::string &bytes) { std::ofstream(path.c_str(), std::ios::binary) << bytes; }
+    std::wstring Box(size_t i) { return fake::g_device.messageBoxes.at(i).text + L"|" + fake::g_device.messageBoxes[i].caption; }
     HWND dialog_ = nullptr;
+    std::wstring safeList_;
 };
 
-TEST_F(Detector, OpensIdleWithItsColumns)
+TEST_F(Intruder, OneWorkerPerAddressOfTheOwnSlash24RecordsAddressMacAndName)
 {
-    Open();
-    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog_, IDC_INTRUDER_EXPORT)));
-    EXPECT_TRUE(IsWindowEnabled(GetDlgItem(dialog_, IDC_INTRUDER_DETECT)));
-    EXPECT_EQ(0, Progress());
-    const wchar_t *headings[] = {L"Host", L"IP", L"Mac Address"};
-    const int widths[] = {80, 120, 160};
-    for (int i = 0; i < 3; i++) {
-        WCHAR text[32] = L"";
-        LVCOLUMNW column = {};
-        column.mask = LVCF_TEXT | LVCF_WIDTH;
-        column.pszText = text;
-        column.cchTextMax = 32;
-        ASSERT_TRUE(ListView_GetColumn(List(), i, &column));
-        EXPECT_STREQ(headings[i], text);
-        EXPECT_EQ(widths[i], column.cx);
+    Host("198.51.100.7", kA, "SAMBA1");
+    Host("198.51.100.20", std::string("\1\2\3\4\5\6"));        // no NetBIOS
+    Host("198.51.100.100").nodeStatus = fake::NodeStatusReply("NOARP", 1, 90);
+    Host("198.51.100.201").replyFrom = inet_addr("198.51.100.1");
+    ASSERT_TRUE(StartScan(nullptr));
+    EXPECT_EQ(254, fake::RunThreads());
+    ASSERT_EQ(254u, fake::g_lan.echoes.size());
+    for (int i = 0; i < 254; i++) {   // 198.51.100.1 + i, with the scan's request
+        EXPECT_EQ(htonl(0xC6336401u + i), fake::g_lan.echoes[i].destination) << i;
+        EXPECT_TRUE(fake::g_lan.echoes[i].requestAsSent && fake::g_lan.echoes[i].timeout == 5000) << i;
     }
-    HIMAGELIST images = ListView_GetImageList(List(), LVSIL_SMALL);
-    ASSERT_NE(nullptr, images);
-    EXPECT_EQ(2, ImageList_GetImageCount(images));
-    // Portrait: centred; the window one pixel larger each way.
-    SIZE size = TemplateSize(IDD_INTRUDER);
-    RECT rc;
-    GetWindowRect(dialog_, &rc);
-    EXPECT_EQ(size.cx + 1, rc.right - rc.left);
-    EXPECT_EQ((240 - size.cx - 1) / 2, rc.left);
-    EXPECT_EQ((320 - size.cy - 1) / 2, rc.top);
+    const struct { int last; LONG status; const char *name; DWORD macKnown; BYTE mac0; } wants[] = {
+        {7, 1, "SAMBA1", 1, 0x00}, {20, 1, "", 1, 0x01}, {100, 1, "NOARP", 0, 0}, {201, -1, "", 0, 0}, {33, -1, "", 0, 0}
+    };
+    for (auto w : wants) {
+        HostRecord &h = Slot(w.last);
+        EXPECT_EQ(w.status, h.status) << w.last;
+        EXPECT_EQ(w.status == 1 ? htonl(0xC6336400u + w.last) : 0u, h.address) << w.last;
+        EXPECT_STREQ(w.name, h.name) << w.last;
+        EXPECT_EQ(w.macKnown, h.macKnown) << w.last;
+        EXPECT_EQ(w.mac0, h.mac[0]) << w.last;
+    }
+    EXPECT_EQ(3u, fake::g_lan.queried.size());   // only hosts that answered were asked their name
+    // Every worker let go of what it had: sockets, handles, Winsock, its record; the table is the dialog's.
+    EXPECT_EQ(0, fake::g_lan.icmpOpen + fake::g_lan.socketsOpen + fake::g_lan.threadHandlesOpen +
+                     fake::g_lan.badHandleCloses + fake::g_lan.wsaBalance);
+    EXPECT_EQ(1, fake::g_lan.liveBlocks);
+    ReleaseScanTable();
+    EXPECT_EQ(0, fake::g_lan.liveBlocks);
+    EXPECT_TRUE(fake::FreedBlocksUntouched());
 }
 
-TEST_F(Detector, LandscapeKeepsItsTopBelowTheTaskbar)
+TEST_F(Intruder, WorkersThatEndAtOnceMemoryThatRunsShortAndNoAddress)
 {
-    fake::SetScreen(320, 240);
-    Open();
-    SIZE size = TemplateSize(IDD_INTRUDER);
-    RECT rc;
-    GetWindowRect(dialog_, &rc);
-    int y = (240 - size.cy - 1) / 2;
-    EXPECT_EQ(y > 26 ? y : 26, rc.top);
-    EXPECT_EQ((320 - size.cx - 1) / 2, rc.left);
-}
-
-TEST_F(Detector, RowsAppearTopFirstThenSortByAddress)
-{
-    fake::NetHost &named = fake::AddHost("198.51.100.200", true);
-    fake::SetMac(named, kA[0], kA[1], kA[2], kA[3], kA[4], kA[5]);
-    named.nodeStatus = fake::NodeStatusReply("NMBD", 1, 75);
-    fake::SetMac(fake::AddHost("198.51.100.7", true), kB[0], kB[1], kB[2], kB[3], kB[4], kB[5]);
-    fake::AddHost("198.51.100.20", true);                  // answered, no ARP row
-    fake::AddHost("198.51.100.33", true);                  // the device itself, not in its own ARP table
-    ASSERT_TRUE(SafeListAdd(kB));
-    Open();
+    // Threads that run the moment they may: each must find its handle set.
+    Host("198.51.100.7");
+    fake::g_lan.deferThreads = false;
+    ASSERT_TRUE(StartScan(nullptr));
+    EXPECT_EQ(0, fake::PendingThreads() + fake::g_lan.badHandleCloses + fake::g_lan.threadHandlesOpen);
+    EXPECT_EQ(1, Slot(7).status);
+    fake::g_lan.allocFailCountdown = 2;       // adapters buffer, then the table: silently no scan
+    EXPECT_FALSE(StartScan(nullptr));
+    fake::g_device.adapters.resize(1);        // loopback only: no address, no scan
     Command(IDC_INTRUDER_DETECT);
-    fake::RunThreads(127);                                 // .1 .. .127
-    Poll();
-    EXPECT_EQ(50, Progress());
-    EXPECT_EQ((std::vector<std::string>{"|198.51.100.33|02:00:5E:10:00:21|safe",
-                                        "|198.51.100.20||intruder",
-                                        "|198.51.100.7|00:0A:00:00:00:0B|safe"}),
+    EXPECT_EQ(L"Cannot get current IP address!|Error", Box(0));
+    EXPECT_EQ(254, fake::g_lan.threadsCreated);
+}
+
+// Detect pressed again, then the dialog closed, while workers are still at
+// their echo: each scan's workers keep to their own table, late results are
+// dropped and the last worker out frees the table.
+TEST_F(Intruder, ScansThatOverlapOrCloseMidwayKeepEachWorkerOnItsOwnTable)
+{
+    Host("198.51.100.7");
+    Host("198.51.100.200");
+    Scan(100);
+    Command(IDC_INTRUDER_DETECT);
+    HostTable *second = g_scan.table;
+    fake::RunThreads(154);                   // the first scan's late workers
+    for (int i = 0; i < 254; i++)
+        ASSERT_EQ(0, second->hosts[i].status) << i;
+    EXPECT_TRUE(fake::FreedBlocksUntouched());
+    fake::RunThreads(100);
+    EXPECT_EQ(1, second->hosts[6].status);
+    Command(IDOK);
+    EXPECT_EQ(nullptr, g_scan.table);
+    EXPECT_EQ(1, fake::g_lan.liveBlocks - 154);   // the table, and 154 workers' records
+    fake::RunThreads();
+    // .200 answered after the first scan was replaced and after the close: never asked its name.
+    EXPECT_EQ(std::vector<DWORD>(2, inet_addr("198.51.100.7")), fake::g_lan.queried);
+    EXPECT_EQ(0, fake::g_lan.liveBlocks + fake::g_lan.threadHandlesOpen);
+    EXPECT_TRUE(fake::FreedBlocksUntouched());
+}
+
+TEST_F(Intruder, RowsAppearTopFirstThenSortByAddress)
+{
+    Host("198.51.100.200", kA, "NMBD");
+    Host("198.51.100.7", kB);
+    Host("198.51.100.20");                                 // answered, no ARP row
+    Host("198.51.100.33");                                 // the device itself, not in its own ARP table
+    ASSERT_TRUE(SafeListAdd(Bytes(kB)));
+    Scan(127);                                             // .1 .. .127
+    EXPECT_EQ(50, SendDlgItemMessageW(dialog_, IDC_INTRUDER_PROGRESS, PBM_GETPOS, 0, 0));
+    EXPECT_EQ((Lines{"|198.51.100.33|02:00:5E:10:00:21|safe", "|198.51.100.20||intruder",
+                     "|198.51.100.7|00:0A:00:00:00:0B|safe"}),
               Rows());
-    EXPECT_EQ(3u, fake::g_lan.sleeps.size());
     EXPECT_TRUE(IsWindowEnabled(GetDlgItem(dialog_, IDC_INTRUDER_EXPORT)));
-    EXPECT_NE(nullptr, g_scan.table);
     Poll();                                                // nothing new: no row twice
-    EXPECT_EQ(3, ListView_GetItemCount(List()));
+    EXPECT_EQ(3u, Rows().size());
     fake::RunThreads();
     Poll();
-    EXPECT_EQ(100, Progress());
-    EXPECT_EQ((std::vector<std::string>{"|198.51.100.7|00:0A:00:00:00:0B|safe",
-                                        "|198.51.100.20||intruder",
-                                        "|198.51.100.33|02:00:5E:10:00:21|safe",
-                                        "NMBD|198.51.100.200|00:1A:2B:3C:4D:5E|intruder"}),
+    EXPECT_EQ(100, SendDlgItemMessageW(dialog_, IDC_INTRUDER_PROGRESS, PBM_GETPOS, 0, 0));
+    EXPECT_EQ((Lines{"|198.51.100.7|00:0A:00:00:00:0B|safe", "|198.51.100.20||intruder",
+                     "|198.51.100.33|02:00:5E:10:00:21|safe", "NMBD|198.51.100.200|00:1A:2B:3C:4D:5E|intruder"}),
               Rows());
-    EXPECT_EQ(nullptr, g_scan.table);
     EXPECT_EQ(0, fake::g_lan.liveBlocks);
 }
 
-TEST_F(Detector, OnlyTheDeviceAnswers)
+TEST_F(Intruder, TapsAddToAndRemoveFromTheSafeList)
 {
-    fake::AddHost("198.51.100.33", true);
-    Open();
-    Command(IDC_INTRUDER_DETECT);
-    fake::RunThreads();
-    Poll();
-    EXPECT_EQ(std::vector<std::string>{"|198.51.100.33|02:00:5E:10:00:21|safe"}, Rows());
-    // Tapping the device's own row asks nothing.
-    Tap(0);
+    Host("198.51.100.7", kA);
+    Host("198.51.100.9", kC, "PRINTER");
+    Host("198.51.100.33");
+    Scan();
+    Tap(2);                                                // the device's own row asks nothing
+    Tap(-1);
     EXPECT_TRUE(fake::g_device.messageBoxes.empty());
-}
-
-TEST_F(Detector, NoAddressNoScan)
-{
-    fake::g_device.adapters.clear();
-    Open();
-    Command(IDC_INTRUDER_DETECT);
-    ASSERT_EQ(1u, fake::g_device.messageBoxes.size());
-    EXPECT_EQ(L"Cannot get current IP address!", fake::g_device.messageBoxes[0].text);
-    EXPECT_EQ(0, fake::g_lan.threadsCreated);
-}
-
-TEST_F(Detector, TapsAddToAndRemoveFromTheSafeList)
-{
-    fake::SetMac(fake::AddHost("198.51.100.7", true), kA[0], kA[1], kA[2], kA[3], kA[4], kA[5]);
-    fake::NetHost &named = fake::AddHost("198.51.100.9", true);
-    fake::SetMac(named, kC[0], kC[1], kC[2], kC[3], kC[4], kC[5]);
-    named.nodeStatus = fake::NodeStatusReply("PRINTER", 1, 75);
-    Open();
-    Command(IDC_INTRUDER_DETECT);
-    fake::RunThreads();
-    Poll();
-    ASSERT_EQ(2, ListView_GetItemCount(List()));
-
     fake::g_device.messageBoxAnswer = IDNO;
     Tap(0);
-    ASSERT_EQ(1u, fake::g_device.messageBoxes.size());
-    EXPECT_EQ(L"Add 198.51.100.7 to safe list?", fake::g_device.messageBoxes[0].text);
-    EXPECT_EQ(L"Question", fake::g_device.messageBoxes[0].caption);
+    EXPECT_EQ(L"Add 198.51.100.7 to safe list?|Question", Box(0));
     EXPECT_EQ((UINT)(MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2), fake::g_device.messageBoxes[0].type);
-    EXPECT_EQ("", ReadAll(SafeList()));
-
+    EXPECT_EQ("", Read(safeList_));
     fake::g_device.messageBoxAnswer = IDYES;
     Tap(0);
     Tap(1);
-    EXPECT_EQ(L"Add PRINTER to safe list?", fake::g_device.messageBoxes.back().text);
-    EXPECT_EQ(Mac(kA) + Mac(kC), ReadAll(SafeList()));
-    EXPECT_EQ((std::vector<std::string>{"|198.51.100.7|00:1A:2B:3C:4D:5E|safe",
-                                        "PRINTER|198.51.100.9|FF:EE:DD:CC:BB:AA|safe"}),
-              Rows());
+    EXPECT_EQ(L"Add PRINTER to safe list?|Question", Box(2));
+    EXPECT_EQ(kA + kC, Read(safeList_));
+    EXPECT_EQ("PRINTER|198.51.100.9|FF:EE:DD:CC:BB:AA|safe", Rows().at(1));
     Tap(0);
-    EXPECT_EQ(L"Delete 198.51.100.7 from safe list?", fake::g_device.messageBoxes.back().text);
-    EXPECT_EQ(Mac(kC), ReadAll(SafeList()));
-    EXPECT_EQ("|198.51.100.7|00:1A:2B:3C:4D:5E|intruder", Rows()[0]);
-    Tap(-1);
-    EXPECT_EQ(4u, fake::g_device.messageBoxes.size());
+    EXPECT_EQ(L"Delete 198.51.100.7 from safe list?|Question", Box(3));
+    EXPECT_EQ(kC, Read(safeList_));
+    EXPECT_EQ("|198.51.100.7|00:1A:2B:3C:4D:5E|intruder", Rows().at(0));
 }
 
-TEST_F(Detector, SafeListFile)
+TEST_F(Intruder, SafeListFile)
 {
-    EXPECT_FALSE(SafeListContains(kA));
-    EXPECT_FALSE(SafeListRemove(nullptr, kA));
-    EXPECT_EQ(INVALID_FILE_ATTRIBUTES, GetFileAttributesW(SafeList().c_str()));
-    for (const BYTE *m : {kA, kB, kC})
-        EXPECT_TRUE(SafeListAdd(m));
-    EXPECT_TRUE(SafeListRemove(nullptr, kB));
-    EXPECT_EQ(Mac(kA) + Mac(kC), ReadAll(SafeList()));
-    EXPECT_FALSE(SafeListContains(kB));
-    EXPECT_TRUE(SafeListContains(kC));
-    EXPECT_FALSE(SafeListRemove(nullptr, kB));           // rewritten all the same
-    EXPECT_EQ(Mac(kA) + Mac(kC), ReadAll(SafeList()));
-
-    // Twice in the file: one removal takes both.
-    WriteAll(SafeList(), Mac(kA) + Mac(kB) + Mac(kA));
-    EXPECT_TRUE(SafeListRemove(nullptr, kA));
-    EXPECT_EQ(Mac(kB), ReadAll(SafeList()));
-
+    EXPECT_FALSE(SafeListContains(Bytes(kA)) || SafeListRemove(nullptr, Bytes(kA)));
+    for (const std::string &m : {kA, kB, kC, kA})
+        EXPECT_TRUE(SafeListAdd(Bytes(m)));
+    EXPECT_TRUE(SafeListRemove(nullptr, Bytes(kA)));      // twice in the file: one removal takes both
+    EXPECT_TRUE(SafeListContains(Bytes(kC)) && !SafeListContains(Bytes(kA)));
+    EXPECT_FALSE(SafeListRemove(nullptr, Bytes(kA)));     // rewritten all the same
+    EXPECT_EQ(kB + kC, Read(safeList_));
     // A cut last record is read over the bytes of the one before it.
-    WriteAll(SafeList(), Mac(kA) + std::string("\xFF\xEE\xDD", 3));
-    BYTE mixed[6] = {0xFF, 0xEE, 0xDD, 0x3C, 0x4D, 0x5E};
-    EXPECT_TRUE(SafeListContains(mixed));
-    EXPECT_FALSE(SafeListContains(kC));
-
+    Write(safeList_, kA + "\xFF\xEE\xDD");
+    EXPECT_TRUE(SafeListContains(Bytes("\xFF\xEE\xDD\x3C\x4D\x5E")) && !SafeListContains(Bytes(kC)));
     // A list that cannot be deleted stays as it was, and says so.
-    WriteAll(SafeList(), Mac(kA) + Mac(kB));
-    HANDLE held = CreateFileW(SafeList().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    EXPECT_TRUE(SafeListRemove(nullptr, kA));
+    Write(safeList_, kA + kB);
+    HANDLE held = CreateFileW(safeList_.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    EXPECT_TRUE(SafeListRemove(nullptr, Bytes(kA)));
     CloseHandle(held);
-    EXPECT_EQ(Mac(kA) + Mac(kB), ReadAll(SafeList()));
-    ASSERT_EQ(1u, fake::g_device.messageBoxes.size());
-    EXPECT_EQ(L"Cannot delete host!", fake::g_device.messageBoxes[0].text);
-    EXPECT_EQ(L"Error", fake::g_device.messageBoxes[0].caption);
-    EXPECT_EQ((UINT)MB_ICONHAND, fake::g_device.messageBoxes[0].type);
-    EXPECT_EQ(INVALID_FILE_ATTRIBUTES, GetFileAttributesW((std::wstring(g_item.dataFolder) + L"\\tmpslist").c_str()));
+    EXPECT_EQ(kA + kB, Read(safeList_));
+    EXPECT_EQ(L"Cannot delete host!|Error", Box(0));
 }
 
-TEST_F(Detector, ReportNumbersRowsAndMessages)
+TEST_F(Intruder, ReportNumbersRowsAndMessages)
 {
-    fake::SetMac(fake::AddHost("198.51.100.7", true), kA[0], kA[1], kA[2], kA[3], kA[4], kA[5]);
-    fake::AddHost("198.51.100.20", true).nodeStatus = fake::NodeStatusReply("NOMAC", 1, 75);
-    fake::AddHost("198.51.100.33", true);
-    fake::SetMac(fake::AddHost("198.51.100.40", true), kB[0], kB[1], kB[2], kB[3], kB[4], kB[5]);
-    SafeListAdd(kB);
-    WriteAll(Report(1), "x");
-    WriteAll(Report(3), "x");
-    Open();
+    const wchar_t *report = L"\\QuorvaneRpt%03d.csv";
+    Host("198.51.100.20", "", "NOMAC");
+    Host("198.51.100.33");
+    Host("198.51.100.40", kB);
+    SafeListAdd(Bytes(kB));
+    Write(Path(report, 1), "x");
+    Write(Path(report, 3), "x");
+    const std::string header = "\"Host\",\"Intruder\",\"IP\",\"Mac Addr\"\n";
     Command(IDC_INTRUDER_EXPORT);   // an empty list: the header alone
-    EXPECT_EQ("\"Host\",\"Intruder\",\"IP\",\"Mac Addr\"\n", ReadAll(Report(2)));
-    ASSERT_EQ(1u, fake::g_device.messageBoxes.size());
-    EXPECT_EQ(L"Data output to: " + Report(2), fake::g_device.messageBoxes[0].text);
-    EXPECT_EQ(L"Infomation", fake::g_device.messageBoxes[0].caption);
-
-    Command(IDC_INTRUDER_DETECT);
-    fake::RunThreads();
-    Poll();
+    EXPECT_EQ(header, Read(Path(report, 2)));
+    EXPECT_EQ(L"Data output to: " + Path(report, 2) + L"|Infomation", Box(0));
+    Scan();
     Command(IDC_INTRUDER_EXPORT);
-    EXPECT_EQ("\"Host\",\"Intruder\",\"IP\",\"Mac Addr\"\n"
-              "\"\",\"Yes\",\"198.51.100.7\",\"00:1A:2B:3C:4D:5E\"\n"
-              "\"NOMAC\",\"Yes\",\"198.51.100.20\",\"\"\n"
-              "\"\",\"No\",\"198.51.100.33\",\"02:00:5E:10:00:21\"\n"
-              "\"\",\"No\",\"198.51.100.40\",\"00:0A:00:00:00:0B\"\n",
-              ReadAll(Report(4)));
-
+    EXPECT_EQ(header + "\"NOMAC\",\"Yes\",\"198.51.100.20\",\"\"\n"   // no MAC: never known
+                       "\"\",\"No\",\"198.51.100.33\",\"02:00:5E:10:00:21\"\n"
+                       "\"\",\"No\",\"198.51.100.40\",\"00:0A:00:00:00:0B\"\n",
+              Read(Path(report, 4)));
     // Numbers up to 599 only: with all of them taken nothing is written or said.
     for (int n = 5; n <= 598; n++)
-        WriteAll(Report(n), "");
+        Write(Path(report, n), "");
     fake::g_device.messageBoxes.clear();
     Command(IDC_INTRUDER_EXPORT);
-    EXPECT_EQ(1u, fake::g_device.messageBoxes.size());
-    EXPECT_NE(INVALID_FILE_ATTRIBUTES, GetFileAttributesW(Report(599).c_str()));
+    EXPECT_NE(INVALID_FILE_ATTRIBUTES, GetFileAttributesW(Path(report, 599).c_str()));
     Command(IDC_INTRUDER_EXPORT);
     EXPECT_EQ(1u, fake::g_device.messageBoxes.size());
-    EXPECT_EQ(INVALID_FILE_ATTRIBUTES, GetFileAttributesW(Report(600).c_str()));
-
+    EXPECT_EQ(INVALID_FILE_ATTRIBUTES, GetFileAttributesW(Path(report, 600).c_str()));
     // A folder that cannot take the file.
     fake::g_device.personal = TestRoot() + L"\\no such folder";
     Command(IDC_INTRUDER_EXPORT);
-    EXPECT_EQ(L"Output to file error!", fake::g_device.messageBoxes.back().text);
-    EXPECT_EQ(L"Infomation", fake::g_device.messageBoxes.back().caption);
+    EXPECT_EQ(L"Output to file error!|Infomation", Box(1));
 }
 
 } // namespace
