@@ -8,6 +8,8 @@
 # growing corpus and crash inputs go to DIR (default build/fuzz); the seeds, and every input that once
 # broke a parser, stay in tests/native/corpus/TARGET. Exit status: 0 all held, 1 a target failed,
 # 77 no clang or no sanitizer/libFuzzer runtime here (Debian: clang-14 libfuzzer-14-dev libclang-rt-14-dev).
+# Started as `sh fuzz.sh`, it starts again under bash.
+[ -n "${BASH_VERSION:-}" ] || exec bash "$0" "$@"
 set -uo pipefail
 HERE=$(cd "$(dirname "$0")" && pwd)
 SRC=$(cd "$HERE/../.." && pwd)

@@ -9,35 +9,23 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     if (size < 3)
         return 0;
     int day = (signed char)data[0], hour = (signed char)data[1];
-    // Whole records in every read but the last, as the writer reads.
-    size_t piece = TRAFFIC_RECORD_BYTES * (1 + data[2] % 16);
-    const unsigned char *file = data + 3;
-    size_t length = size - 3;
-
-    // The reference: the first record, as the one buffer holds it, that names the day and hour.
-    size_t expected = length;
-    unsigned char expectedRecord[TRAFFIC_RECORD_BYTES] = {0};
-    for (size_t at = 0; at < length; at += TRAFFIC_RECORD_BYTES) {
-        LaidRecord(file, length, at, TRAFFIC_RECORD_BYTES, expectedRecord);
-        if ((signed char)expectedRecord[0] == day && (signed char)expectedRecord[1] == hour) {
-            expected = at;
-            break;
-        }
-    }
-
-    unsigned char record[TRAFFIC_RECORD_BYTES] = {0};
-    size_t found = length;
-    for (size_t start = 0; start < length && found == length; start += piece) {
-        size_t n = length - start < piece ? length - start : piece;
-        Exact read(file + start, n);
-        size_t at = FindTrafficLogRecord(record, read.bytes, n, day, hour);
-        PROMISE(at == n || (at < n && at % TRAFFIC_RECORD_BYTES == 0));
-        if (at < n)
-            found = start + at;
-    }
-    PROMISE(found == expected);
-    // Found: the record to add to, a cut tail over the bytes before it.
-    // Not found: the last record read, which a next read would lie over.
-    PROMISE(memcmp(record, expectedRecord, TRAFFIC_RECORD_BYTES) == 0);
+    File month = {data + 3, size - 3, TRAFFIC_RECORD_BYTES, TRAFFIC_RECORD_BYTES * (size_t)(1 + data[2] % 16)};
+    size_t expected = month.size, found = month.size;
+    unsigned char want[TRAFFIC_RECORD_BYTES] = {0}, record[TRAFFIC_RECORD_BYTES] = {0};
+    // The reference: the first record that names the day and hour; found,
+    // the record to add to (a cut tail over the one before); not, the last
+    // record read, which a next read would lie over.
+    month.Records([&](const unsigned char *r, size_t at) {
+        if (expected < month.size)
+            return;
+        memcpy(want, r, TRAFFIC_RECORD_BYTES);
+        expected = (signed char)r[0] == day && (signed char)r[1] == hour ? at : expected;
+    });
+    // Searched in the writer's reads, whole records in all but the last.
+    month.Reads([&](const Exact &read, size_t start) {
+        size_t at = found == month.size ? FindTrafficLogRecord(record, read.bytes, read.size, day, hour) : read.size;
+        found = at == read.size ? found : start + at;
+    });
+    PROMISE(found == expected && memcmp(record, want, TRAFFIC_RECORD_BYTES) == 0);
     return 0;
 }

@@ -10,29 +10,17 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     if (size < 1)
         return 0;
     int parts = 1 + data[0] % 3;
-    size_t length = strnlen(reinterpret_cast<const char *>(data + 1), size - 1);
-    Exact argument(length + 1);
-    memcpy(argument.bytes, data + 1, length);
-    const char *text = reinterpret_cast<const char *>(argument.bytes);
-
+    Exact argument(nullptr, strnlen(reinterpret_cast<const char *>(data + 1), size - 1) + 1);
+    memcpy(argument.bytes, data + 1, argument.size - 1);
     QvlogDate date = {-1, -1, -1};
-    bool parsed = ParseQvlogDate(text, parts, &date);
-
-    // The reference: the exact shape, then a date of the calendar.
-    static const char *const kShapes[] = {"dddd", "dddd-dd", "dddd-dd-dd"};
-    const char *shape = kShapes[parts - 1];
-    bool shaped = length == strlen(shape);
-    for (size_t i = 0; shaped && i < length; i++)
-        shaped = shape[i] == 'd' ? text[i] >= '0' && text[i] <= '9' : text[i] == '-';
-    int y = 0, m = 1, d = 1;
-    if (shaped) {
-        y = atoi(text);
-        m = parts > 1 ? atoi(text + 5) : 1;
-        d = parts > 2 ? atoi(text + 8) : 1;
-    }
-    bool expected = shaped && y >= 1 && m >= 1 && m <= 12 && d >= 1 && d <= DaysInMonth(y, m);
-    PROMISE(parsed == expected);
-    if (parsed)
-        PROMISE(date.year == y && date.month == m && date.day == d);
+    if (!ParseQvlogDate(argument.as<char>(), parts, &date))
+        return 0;
+    // Only a date of the calendar in exactly the shape asked for: written
+    // back, it is the argument with the parts not given as 1.
+    char again[16], given[16];
+    snprintf(again, sizeof again, "%04d-%02d-%02d", date.year, date.month, date.day);
+    snprintf(given, sizeof given, "%s%s", argument.as<char>(), &"-01-01"[3 * (parts - 1)]);
+    PROMISE(argument.size == 2 + 3 * (size_t)parts && strcmp(again, given) == 0 && date.year >= 1 && date.month >= 1 &&
+            date.month <= 12 && date.day >= 1 && date.day <= DaysInMonth(date.year, date.month));
     return 0;
 }

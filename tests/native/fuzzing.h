@@ -1,54 +1,58 @@
-// fuzzing.h: what the native fuzz targets share: parts of the input in blocks of their own size, and the check that stops a run.
+// fuzzing.h: what the native fuzz targets share: exact-size blocks, the check that stops a run, files read as programs read them.
 #pragma once
+
+#include <algorithm>
 
 #include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
-// A part of the input, or an output buffer, in a heap block of exactly its
-// size: a read or write past its end is caught by the address sanitizer,
-// also where the input itself goes on.
+// A part of the input (from `from`), or an output buffer (filled), in a heap
+// block of exactly its size: a step past either end is caught by the address
+// sanitizer, also where the input itself goes on.
 struct Exact {
     unsigned char *bytes;
     size_t size;
-    explicit Exact(size_t n, int fill = 0) : bytes(static_cast<unsigned char *>(malloc(n))), size(n)
-    {
-        memset(bytes, fill, n);
-    }
-    Exact(const unsigned char *from, size_t n) : Exact(n) { memcpy(bytes, from, n); }
+    Exact(const void *from, size_t n, int fill = 0)
+        : bytes((unsigned char *)(from ? memcpy(malloc(n), from, n) : memset(malloc(n), fill, n))), size(n) {}
     ~Exact() { free(bytes); }
     Exact(const Exact &) = delete;
-    Exact &operator=(const Exact &) = delete;
+    template <class T> T *as() { return reinterpret_cast<T *>(bytes); }
 };
 
 // A promise of the parser under test that did not hold: libFuzzer keeps the
 // input as a crash.
-#define PROMISE(condition)                                                                     \
-    do {                                                                                       \
-        if (!(condition)) {                                                                    \
-            fprintf(stderr, "broken promise: %s (%s:%d)\n", #condition, __FILE__, __LINE__); \
-            abort();                                                                           \
-        }                                                                                      \
-    } while (0)
+#define PROMISE(c) ((c) ? (void)0 : (fprintf(stderr, "broken promise: %s (%s:%d)\n", #c, __FILE__, __LINE__), abort()))
 
-inline uint32_t Le32(const unsigned char *p)
+inline uint32_t Le16(const unsigned char *p) { return p[0] | p[1] << 8; }
+inline uint32_t Le32(const unsigned char *p) { return Le16(p) | Le16(p + 2) << 16; }
+
+// The length of a text written into `room` characters, which must end inside them.
+template <class C> size_t Ended(const C *text, size_t room)
 {
-    return (uint32_t)p[0] | (uint32_t)p[1] << 8 | (uint32_t)p[2] << 16 | (uint32_t)p[3] << 24;
+    size_t k = std::find(text, text + room, C()) - text;
+    PROMISE(k < room);
+    return k;
 }
 
-inline unsigned Le16(const unsigned char *p)
-{
-    return (unsigned)p[0] | (unsigned)p[1] << 8;
-}
-
-// The record at `at` of a file read record by record into one buffer of
-// `record` bytes kept over the whole file: a short last record lies over the
-// start of the one before it (zeros when there is none).
-inline void LaidRecord(const unsigned char *file, size_t size, size_t at, size_t record, unsigned char *out)
-{
-    memset(out, 0, record);
-    if (at >= record)
-        memcpy(out, file + at - record, record);
-    memcpy(out, file + at, size - at < record ? size - at : record);
-}
+// A file as a program reads it: in reads of `piece` bytes, and record by
+// record through one buffer kept over the whole file, so that a short last
+// record lies over the start of the one before it (zeros when there is none).
+struct File {
+    const unsigned char *bytes;
+    size_t size, record, piece;
+    // Each record as that buffer holds it, in a block of its own, and its offset.
+    template <class F> void Records(F visit) const
+    {
+        Exact laid(nullptr, record);
+        for (size_t at = 0; at < size; at += record)
+            visit(static_cast<unsigned char *>(memcpy(laid.bytes, bytes + at, std::min(record, size - at))), at);
+    }
+    // Each read, in a block of its own, and its offset.
+    template <class F> void Reads(F read) const
+    {
+        for (size_t at = 0; at < size; at += piece)
+            read(Exact(bytes + at, std::min(piece, size - at)), at);
+    }
+};
