@@ -2,8 +2,8 @@
 #include "tests/support.h"
 #include "tests/logfile.h"
 
+#include <cstring>
 #include <set>
-#include <utility>
 
 namespace {
 
@@ -37,22 +37,23 @@ TEST_F(Clock, SetBackAnHourAndAMonthAndOnAcrossTheMonthsEndEveryByteIsBookedOnce
 
     // Every month file summed: whole records, no (day, hour) twice in a file.
     unsigned long long received = 0, transmitted = 0;
-    size_t records[2] = {};
+    size_t hoursBooked[2] = {};
     for (int month : {1, 2}) {
         Bytes bytes = FileBytes(LogPath(2026, month));
         EXPECT_EQ(0u, bytes.size() % 12) << month;
-        std::set<std::pair<int, int>> hours;
-        for (size_t at = 0; at + 12 <= bytes.size(); at += 12, records[month - 1]++) {
-            EXPECT_TRUE(hours.insert({bytes[at], bytes[at + 1]}).second) << month << ": day " << (int)bytes[at] << " hour "
-                                                                        << (int)bytes[at + 1] << " twice";
-            received += bytes[at + 4] | bytes[at + 5] << 8 | bytes[at + 6] << 16 | (DWORD)bytes[at + 7] << 24;
-            transmitted += bytes[at + 8] | bytes[at + 9] << 8 | bytes[at + 10] << 16 | (DWORD)bytes[at + 11] << 24;
+        auto field = [&](size_t at) { DWORD v; memcpy(&v, &bytes[at], 4); return v; };   // little-endian, as here
+        std::set<int> hours;
+        for (size_t at = 0; at + 12 <= bytes.size(); at += 12) {
+            EXPECT_TRUE(hours.insert(bytes[at] * 24 + bytes[at + 1]).second) << month << ": hour twice at " << at;
+            received += field(at + 4);
+            transmitted += field(at + 8);
         }
+        hoursBooked[month - 1] = hours.size();
     }
     EXPECT_EQ((unsigned long long)(adapter.inOctets - firstIn), received);
     EXPECT_EQ((unsigned long long)(adapter.outOctets - firstOut), transmitted);
     // January: hours 21, 22 and 23 of the 31st; February: hours 0, 1, 2, 6 and 7 of the 1st.
-    EXPECT_TRUE(records[0] == 3 && records[1] == 5) << records[0] << " " << records[1];
+    EXPECT_TRUE(hoursBooked[0] == 3 && hoursBooked[1] == 5) << hoursBooked[0] << " " << hoursBooked[1];
 }
 
 } // namespace

@@ -1,8 +1,6 @@
 // logfile.h: month log files as bytes, for the tests that write them or read them back.
 #pragma once
 
-#include <windows.h>
-
 #include <filesystem>
 #include <fstream>
 #include <string>

@@ -5,9 +5,7 @@
 
 #include <filesystem>
 
-int g_watermarkRequests;
 COLORREF g_watermarkColour = CLR_INVALID;
-TODAYDRAWWATERMARKINFO g_lastWatermark;
 
 std::wstring TestRoot()
 {
@@ -33,6 +31,7 @@ DWORD RegistryDword(LPCWSTR name, DWORD missing)
 
 void Canvas::Make(int w, int h)
 {
+    Free();
     width = w;
     height = h;
     BITMAPINFO bi = {{sizeof(BITMAPINFOHEADER), w, -h, 1, 32}};
@@ -87,11 +86,9 @@ static LRESULT CALLBACK ParentProc(HWND window, UINT message, WPARAM wParam, LPA
 {
     if (message != TODAYM_DRAWWATERMARK)
         return DefWindowProcW(window, message, wParam, lParam);
-    g_watermarkRequests++;
-    g_lastWatermark = *reinterpret_cast<TODAYDRAWWATERMARKINFO *>(lParam);
-    const RECT &rc = g_lastWatermark.rc;
+    const TODAYDRAWWATERMARKINFO &asked = *reinterpret_cast<TODAYDRAWWATERMARKINFO *>(lParam);
     if (g_watermarkColour != CLR_INVALID)
-        Fill(g_lastWatermark.hdc, rc.left, rc.top, rc.right, rc.bottom, g_watermarkColour);
+        Fill(asked.hdc, asked.rc.left, asked.rc.top, asked.rc.right, asked.rc.bottom, g_watermarkColour);
     return 1;
 }
 
@@ -99,9 +96,7 @@ HWND CreateParentWindow()
 {
     static WNDCLASSW wc = {0, ParentProc, 0, 0, GetModuleHandleW(nullptr), nullptr, nullptr, nullptr, nullptr,
                            L"QuorvaneTestParent"};
-    static ATOM registered = RegisterClassW(&wc);
-    (void)registered;
-    g_watermarkRequests = 0;
+    [[maybe_unused]] static ATOM registered = RegisterClassW(&wc);
     g_watermarkColour = CLR_INVALID;
     return CreateWindowExW(0, wc.lpszClassName, L"parent", WS_POPUP, 0, 0, 480, 640, nullptr, nullptr, wc.hInstance,
                            nullptr);
@@ -175,6 +170,30 @@ SIZE TemplateSize(int id)
     GetWindowRect(plain, &rc);
     DestroyWindow(plain);
     return {rc.right - rc.left, rc.bottom - rc.top};
+}
+
+static DLGPROC g_modalProc;
+static void (*g_modalScript)(HWND);
+
+INT_PTR RunModal(int id, DLGPROC proc, void (*script)(HWND))
+{
+    g_modalProc = proc;
+    g_modalScript = script;
+    auto scripted = [](HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) -> INT_PTR {
+        const UINT_PTR guard = 0x7E57;
+        if (message == WM_INITDIALOG) {
+            PostMessageW(dialog, WM_APP, 0, 0);
+            SetTimer(dialog, guard, 5000, nullptr);
+        } else if (message == WM_APP) {
+            g_modalScript(dialog);
+            return TRUE;
+        } else if (message == WM_TIMER && wParam == guard) {
+            EndDialog(dialog, -5);
+            return TRUE;
+        }
+        return g_modalProc(dialog, message, wParam, lParam);
+    };
+    return DialogBoxIndirectParamW(GetModuleHandleW(nullptr), DialogTemplate(id), nullptr, scripted, 0);
 }
 
 void SendDateChange(HWND dialog, int id, int year, int month, int day, bool valid)

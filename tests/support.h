@@ -27,18 +27,16 @@ struct Canvas {
     int width = 0, height = 0;
 
     ~Canvas() { Free(); }
-    void Make(int w, int h);
+    void Make(int w, int h);   // a canvas made before is freed first
     void Free();
     COLORREF At(int x, int y) const { return GetPixel(dc, x, y); }
     std::vector<COLORREF> Pixels() const { return ::Pixels(dc, 0, 0, width, height); }
 };
 
-// A plain parent window that records the watermark requests it gets.
+// A plain parent window; when g_watermarkColour is set, it paints the
+// watermark it is asked for in that colour.
 HWND CreateParentWindow();
-extern int g_watermarkRequests;
-// When set, the parent paints the watermark it is asked for in this colour.
 extern COLORREF g_watermarkColour;
-extern TODAYDRAWWATERMARKINFO g_lastWatermark;
 
 // Every test on the device starts from a new device, a clean key and an item
 // state freshly initialised from it, as the module's attach leaves it.
@@ -64,5 +62,8 @@ LPCDLGTEMPLATE DialogTemplate(int id);
 HWND CreateFromTemplate(int id, DLGPROC proc);
 // The window size a template gives when no dialog procedure moves or sizes it.
 SIZE TemplateSize(int id);
+// Runs template `id` modally under `proc`; once it is up, `script` acts on it
+// and must end it, or it is ended with -5 after 5 s.
+INT_PTR RunModal(int id, DLGPROC proc, void (*script)(HWND dialog));
 // A date picker's change notification, sent to its dialog as the control would.
 void SendDateChange(HWND dialog, int id, int year, int month, int day, bool valid = true);

@@ -4,7 +4,6 @@
 #include "resources/resource.h"
 #include "tests/logfile.h"
 #include "tests/support.h"
-#include "trafficlog/export_dialog.h"
 
 #include <commctrl.h>
 
@@ -13,28 +12,21 @@ namespace {
 // The fake device's clock stands at 15 January 2026, 10:00.
 class UsageDialog : public DeviceTest {
 protected:
-    void TearDown() override
-    {
-        DestroyWindow(dialog_);
-        DeviceTest::TearDown();
-    }
+    void TearDown() override { DestroyWindow(dialog_); DeviceTest::TearDown(); }
     void Open(int id = IDD_USAGE)
     {
         DestroyWindow(dialog_);
         dialog_ = CreateFromTemplate(id, UsageDlgProc);
-    }
-    std::wstring Text(int id)
-    {
-        WCHAR text[128] = L"";
-        GetDlgItemTextW(dialog_, id, text, 128);
-        return text;
     }
     // The title and the picker's text after a paint.
     std::wstring Shown()
     {
         InvalidateRect(dialog_, nullptr, TRUE);
         SendMessageW(dialog_, WM_PAINT, 0, 0);
-        return Text(IDC_USAGE_TITLE) + L" / " + Text(IDC_USAGE_DATE);
+        WCHAR title[64] = L"", date[64] = L"";
+        GetDlgItemTextW(dialog_, IDC_USAGE_TITLE, title, 64);
+        GetDlgItemTextW(dialog_, IDC_USAGE_DATE, date, 64);
+        return std::wstring(title) + L" / " + date;
     }
     // Picks a mode in the list, with the list dropped down or not.
     void PickMode(int index, bool dropped)
@@ -53,17 +45,14 @@ TEST_F(UsageDialog, OpensOnTodaysDailyChartThenTakesDateAndModeChanges)
 {
     for (int id : {IDD_USAGE_WIDE, IDD_USAGE}) {
         Open(id);
-        EXPECT_TRUE(Text(IDC_USAGE_TITLE) == L"Usage" && Text(IDOK) == L"OK") << id;
-        EXPECT_TRUE(GetWindowLongW(GetDlgItem(dialog_, IDOK), GWL_STYLE) & BS_DEFPUSHBUTTON) << id;
-        HWND list = GetDlgItem(dialog_, IDC_USAGE_MODE);
-        WCHAR daily[16] = L"", hourly[16] = L"";
-        SendMessageW(list, CB_GETLBTEXT, 0, (LPARAM)daily);
-        SendMessageW(list, CB_GETLBTEXT, 1, (LPARAM)hourly);
-        EXPECT_TRUE(SendMessageW(list, CB_GETCOUNT, 0, 0) == 2 && SendMessageW(list, CB_GETCURSEL, 0, 0) == 0 &&
-                    !lstrcmpW(daily, L"Daily") && !lstrcmpW(hourly, L"Hourly")) << id;
-        EXPECT_TRUE(g_usage.view == USAGE_VIEW_CHART && g_usage.mode == USAGE_DAILY && g_usage.page == 0) << id;
+        WCHAR modes[2][16] = {};
+        for (int i = 0; i < 2; i++)
+            SendDlgItemMessageW(dialog_, IDC_USAGE_MODE, CB_GETLBTEXT, i, (LPARAM)modes[i]);
+        EXPECT_TRUE(SendDlgItemMessageW(dialog_, IDC_USAGE_MODE, CB_GETCURSEL, 0, 0) == 0 && !lstrcmpW(modes[0], L"Daily") &&
+                    !lstrcmpW(modes[1], L"Hourly")) << id;
         EXPECT_EQ(L"Daily Traffic for Jan 2026 / Jan,2026", Shown()) << id;
-        EXPECT_EQ(31, g_usage.slots) << id;
+        EXPECT_TRUE(g_usage.view == USAGE_VIEW_CHART && g_usage.mode == USAGE_DAILY && g_usage.page == 0 && g_usage.slots == 31)
+            << id;
     }
     // A date change: the chart keeps the page, the table goes back to the first; the same date or none does nothing.
     g_usage.page = 2;
@@ -122,12 +111,6 @@ TEST_F(UsageDialog, TapsOnTheHeaderIconsAndThePageArrows)
             EXPECT_TRUE(s.page == g_usage.page && s.view == g_usage.view) << c.what << ", tap " << s.x << "," << s.y;
         }
     }
-    EXPECT_TRUE(fake::g_device.dialogs.empty());
-    // The export icon runs the export dialog, owned by this one.
-    SendMessageW(dialog_, WM_LBUTTONUP, 0, MAKELPARAM(182 * 2, 68 * 2));
-    ASSERT_EQ(1u, fake::g_device.dialogs.size());
-    EXPECT_EQ(IDD_EXPORT, fake::TemplateId(GetModuleHandleW(nullptr), fake::g_device.dialogs[0].dialogTemplate));
-    EXPECT_TRUE(dialog_ == fake::g_device.dialogs[0].owner && (DLGPROC)ExportDlgProc == fake::g_device.dialogs[0].proc);
 
     // Rows with data count hour 0, which the table never lists, and the month's last day.
     g_usage.mode = USAGE_HOURLY;
@@ -141,26 +124,10 @@ TEST_F(UsageDialog, TapsOnTheHeaderIconsAndThePageArrows)
     EXPECT_EQ(1, g_usage.rowsWithData);
 }
 
-// Runs the dialog modally and posts `g_command` once it is up; a dialog that
-// does not end on it is ended after 3 s with -5.
-int g_command;
-
 TEST_F(UsageDialog, OkAndCancelCloseItWithTheirIds)
 {
-    auto commandOnceUp = [](HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) -> INT_PTR {
-        if (message == WM_INITDIALOG) {
-            PostMessageW(dialog, WM_COMMAND, g_command, 0);
-            SetTimer(dialog, 99, 3000, nullptr);
-        } else if (message == WM_TIMER && wParam == 99) {
-            EndDialog(dialog, -5);
-            return TRUE;
-        }
-        return UsageDlgProc(dialog, message, wParam, lParam);
-    };
-    for (int id : {IDOK, IDCANCEL}) {
-        g_command = id;
-        EXPECT_EQ(id, DialogBoxIndirectParamW(GetModuleHandleW(nullptr), DialogTemplate(IDD_USAGE), nullptr, commandOnceUp, 0));
-    }
+    EXPECT_EQ(IDOK, RunModal(IDD_USAGE, UsageDlgProc, [](HWND dialog) { PostMessageW(dialog, WM_COMMAND, IDOK, 0); }));
+    EXPECT_EQ(IDCANCEL, RunModal(IDD_USAGE, UsageDlgProc, [](HWND dialog) { PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0); }));
 }
 
 } // namespace

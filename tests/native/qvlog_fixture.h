@@ -1,13 +1,9 @@
-// qvlog_fixture.h: the months both builds' qvlog tests read, as bytes; no Windows header.
+// qvlog_fixture.h: log records as bytes for both builds' tests, and the months qvlog's tests read; no Windows header.
 #pragma once
 
 #include <stdint.h>
-#include <stdio.h>
 
-#include <string>
 #include <vector>
-
-#include "tools/qvlog/qvlog.h"
 
 typedef std::vector<unsigned char> LogBytes;
 
@@ -44,28 +40,4 @@ inline LogBytes March2026()
     cut.resize(5);
     return LogRecord(1, 0, 100, 200) + LogRecord(1, 5, 300, 400) + LogRecord(2, 10, 4294967000u, 50) +
            LogRecord(1, 5, 7, 8) + cut + LogRecord(3, 2, 1000, 1000) + LogRecord(31, 23, 5, 6);
-}
-
-struct QvlogResult {
-    int status;
-    std::string out, err;
-};
-
-// qvlog run in-process with these words after the program's name.
-inline QvlogResult RunQvlogWords(std::vector<std::string> words)
-{
-    words.insert(words.begin(), "qvlog");
-    std::vector<char *> argv;
-    for (auto &w : words)
-        argv.push_back(&w[0]);
-    FILE *files[2] = {tmpfile(), tmpfile()};
-    QvlogResult r = {RunQvlog((int)argv.size(), argv.data(), files[0], files[1]), "", ""};
-    std::string *texts[2] = {&r.out, &r.err};
-    for (int i = 0; i < 2; i++) {
-        rewind(files[i]);
-        for (int c; (c = fgetc(files[i])) != EOF;)
-            texts[i]->push_back((char)c);
-        fclose(files[i]);
-    }
-    return r;
 }
