@@ -40,6 +40,9 @@ TEST_F(QvlogAgrees, OnTheLogsInQvlogLogDir)
         months++;
     }
     EXPECT_GT(months, 0) << folder;
+    // The end-to-end run reads this line to know the comparison was made, not skipped.
+    if (!HasFailure())
+        printf("qvlog: %d month(s) whose days with traffic agree\n", months);
 }
 
 } // namespace
