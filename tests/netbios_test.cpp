@@ -24,10 +24,9 @@ TEST(NodeStatus, RepliesByLengthCountAndPadding)
         // The count at 56, the first name from 57, blank-padded to 15.
         std::string r = std::string(56, '\0') + (char)c.count + c.name + std::string(15 - strlen(c.name), ' ');
         r.resize(c.length > 0 ? c.length : 80, '\0');
-        char name[NETBIOS_NAME_SIZE];
-        memset(name, 'q', sizeof name);
-        EXPECT_EQ(c.want != nullptr, ReadNodeStatusName((const unsigned char *)r.data(), c.length, name)) << c.length;
-        EXPECT_EQ(std::string(c.want ? c.want : "q"), std::string(name, c.want ? strlen(name) : 1)) << c.length;
+        std::string name(NETBIOS_NAME_SIZE, 'q');
+        EXPECT_EQ(c.want != nullptr, ReadNodeStatusName((const unsigned char *)r.data(), c.length, &name[0])) << c.length;
+        EXPECT_EQ(c.want ? c.want : "q", name.substr(0, c.want ? strlen(name.c_str()) : 1)) << c.length;
     }
 }
 

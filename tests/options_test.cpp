@@ -63,28 +63,25 @@ TEST_F(OptionsPages, TheSettingsDialogBecomesAFullScreenPageBehindTheSheetAndApp
     Open(IDD_OPT_ABOUT, CustomItemOptionsDlgProc);
     EXPECT_EQ(std::vector<DWORD>{SHIDIF_DONEBUTTON | SHIDIF_SIZEDLGFULLSCREEN | SHIDIF_SIPDOWN},
               fake::g_sheets.initDialogFlags);
-    const fake::SheetRun &run = fake::g_sheets.runs.at(0);
+    const fake::SheetRun run = fake::g_sheets.runs.at(0);
     EXPECT_EQ(L"Quorvane", run.caption);
     EXPECT_EQ((DWORD)(PSH_PROPSHEETPAGE | PSH_USECALLBACK | PSH_MAXIMIZE), run.flags);
     EXPECT_EQ(524, run.callback(nullptr, PSCB_GETVERSION, 0));   // the device's current look
     EXPECT_EQ((Texts{L"Adapter", L"Options", L"About"}),
               (Texts{run.pages.at(0).title, run.pages.at(1).title, run.pages.at(2).title}));
     // Apply on any page ends the sheet and the dialog.
-    const struct { int id; DLGPROC proc; } pages[] = {
-        {IDD_OPT_ADAPTER, AdapterPageProc}, {IDD_OPT_OPTIONS, OptionsPageProc}, {IDD_OPT_ABOUT, AboutPageProc}};
     g_optionsDialog = parent_;
-    for (int i = 0; i < 3; i++) {
+    for (const fake::SheetPage &page : run.pages) {
         fake::g_sheets.destroyed.clear();
-        Open(pages[i].id, pages[i].proc);
+        Open(page.templateId, page.proc);
         Notify(PSN_APPLY);
-        EXPECT_EQ(std::vector<HWND>{parent_}, fake::g_sheets.destroyed) << i;
+        EXPECT_EQ(std::vector<HWND>{parent_}, fake::g_sheets.destroyed) << page.templateId;
         MSG msg;
-        ASSERT_TRUE(PeekMessageW(&msg, parent_, WM_COMMAND, WM_COMMAND, PM_REMOVE)) << i;
-        EXPECT_EQ(IDOK, (int)msg.wParam) << i;
+        EXPECT_TRUE(PeekMessageW(&msg, parent_, WM_COMMAND, WM_COMMAND, PM_REMOVE) && msg.wParam == IDOK) << page.templateId;
     }
 }
 
-TEST_F(OptionsPages, OptionsPageShowsAndSavesOnlyWhatChanged)
+TEST_F(OptionsPages, OptionsPageSavesOnlyWhatChangedAndListsLogsByTheirFirstSixDigitsDeletedAfterTheQuestion)
 {
     auto saved = []() {
         return std::vector<DWORD>{RegistryDword(L"TIcon"), RegistryDword(L"TFormat"), RegistryDword(L"XLocation")};
@@ -92,6 +89,8 @@ TEST_F(OptionsPages, OptionsPageShowsAndSavesOnlyWhatChanged)
     g_item.xLocation = 639;
     g_item.showTaskbarIcon = g_item.amPmFormat = false;
     DeleteItemKey();
+    Touch({L"2006.log", L"200611-copy.log", L"200512.log", L"20x612.log", L"200701.txt", L"notes.log"});
+    CreateDirectoryW(Log(L"200801.log").c_str(), nullptr);
     Open(IDD_OPT_OPTIONS, OptionsPageProc);
     EXPECT_TRUE(!IsDlgButtonChecked(page_, IDC_OPT_TASKBAR_ICON) && IsDlgButtonChecked(page_, IDC_OPT_MILITARY) &&
                 !IsDlgButtonChecked(page_, IDC_OPT_AMPM));
@@ -110,17 +109,10 @@ TEST_F(OptionsPages, OptionsPageShowsAndSavesOnlyWhatChanged)
     SetDlgItemTextW(page_, IDC_OPT_XLOCATION, L"700");   // kept within the screen
     Notify(PSN_KILLACTIVE);
     EXPECT_EQ((std::vector<DWORD>{0, 0, 639}), saved());
-}
 
-TEST_F(OptionsPages, LogsListedByTheirFirstSixDigitsAndDeletedAfterTheQuestion)
-{
-    Touch({L"2006.log", L"200611-copy.log", L"200512.log", L"20x612.log", L"200701.txt", L"notes.log"});
-    CreateDirectoryW(Log(L"200801.log").c_str(), nullptr);
-    Open(IDD_OPT_OPTIONS, OptionsPageProc);
     Texts rows = Rows(IDC_OPT_LOGS);
     std::sort(rows.begin(), rows.end());
     EXPECT_EQ((Texts{L"2005|12", L"2006|11"}), rows);
-
     // The row names its file again: the copy's row deletes 200611.log.
     Touch({L"200611.log"});
     ListView_SetItemState(GetDlgItem(page_, IDC_OPT_LOGS), Rows(IDC_OPT_LOGS).at(0) == L"2006|11" ? 0 : 1, LVIS_SELECTED,
@@ -142,13 +134,11 @@ TEST_F(OptionsPages, LogsListedByTheirFirstSixDigitsAndDeletedAfterTheQuestion)
 
 TEST_F(OptionsPages, AdapterPageShowsTheFirstEthernetAdapterAndItsProperties)
 {
-    fake::g_device.adapters = {{"WLAN1", L"", 71, 2, 0, 0}, {"NE20001", L"", MIB_IF_TYPE_ETHERNET, 3, 0, 0}};
+    fake::g_device.adapters = {{"WLAN1", L"", 71, 2, 0, 0},
+                               {"NE20001", L"", MIB_IF_TYPE_ETHERNET, 3, 0, 0, "NE2000 Compatible",
+                                {0x00, 0x0a, 0xf5, 0x1b, 0x2c, 0x3d}, "192.168.1.34", "", "", "192.168.1.1", false, 0, 0,
+                                false, "", "", 0, 1000000}};
     fake::Adapter &a = fake::g_device.adapters.back();
-    a.description = "NE2000 Compatible";
-    a.ip = "192.168.1.34";
-    a.mac = {0x00, 0x0a, 0xf5, 0x1b, 0x2c, 0x3d};
-    a.dhcpServer = "192.168.1.1";
-    a.speed = 1000000;
     Open(IDD_OPT_ADAPTER, AdapterPageProc);
     EXPECT_EQ((Texts{L"Adapter|NE2000 Compatible", L"Type|ethernet", L"Speed|1 Mbps", L"IP Address|192.168.1.34",
                      L"MAC Address|00:0A:F5:1B:2C:3D", L"DHCP Server|192.168.1.1"}),

@@ -4,8 +4,6 @@
 #include "wireless/bssidlist.h"
 #include "wireless/wireless.h"
 
-#include <vector>
-
 namespace {
 
 typedef std::vector<BYTE> Bytes;
@@ -33,9 +31,8 @@ TEST_F(Wireless, SignalLevelAndHistoryByWhatTheDriverAnswers)
         EXPECT_EQ(c.result, QuerySignal()) << c.what;
         EXPECT_EQ(c.dbm, g_item.signalDbm) << c.what;
         // Moved one place towards the oldest, the newest at the end.
-        EXPECT_EQ((std::vector<int>{1, SIGNAL_HISTORY_SIZE - 1, c.newest}),
-                  (std::vector<int>{g_item.signalHistory[0], g_item.signalHistory[SIGNAL_HISTORY_SIZE - 2],
-                                    g_item.signalHistory[SIGNAL_HISTORY_SIZE - 1]})) << c.what;
+        const int *h = g_item.signalHistory, last = SIGNAL_HISTORY_SIZE - 1;
+        EXPECT_TRUE(h[0] == 1 && h[last - 1] == last && h[last] == c.newest) << c.what << ": " << h[last];
         EXPECT_EQ(fake::g_wireless.opens, fake::g_wireless.closes) << c.what;
     }
 }
@@ -49,19 +46,15 @@ TEST(Channels, ByKilohertzOrHundredsOfKilohertz)
         EXPECT_EQ(c.channel, ChannelFromFrequency(c.frequency)) << c.frequency;
 }
 
-// Bytes placed right before an unreadable page (all test buffers fit in one):
+// The bytes placed right before an unreadable page (all test buffers fit in one):
 // a decoder that reads one byte past them faults.
-struct GuardedBytes {
-    BYTE *pages = static_cast<BYTE *>(VirtualAlloc(nullptr, 8192, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
-    BYTE *data;
-    explicit GuardedBytes(const Bytes &bytes) : data(pages + 4096 - bytes.size())
-    {
-        DWORD old;
-        VirtualProtect(pages + 4096, 4096, PAGE_NOACCESS, &old);
-        std::copy(bytes.begin(), bytes.end(), data);
-    }
-    ~GuardedBytes() { VirtualFree(pages, 0, MEM_RELEASE); }
-};
+const BYTE *Guarded(const Bytes &bytes)
+{
+    static BYTE *pages = static_cast<BYTE *>(VirtualAlloc(nullptr, 8192, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+    DWORD old;
+    VirtualProtect(pages + 4096, 4096, PAGE_NOACCESS, &old);
+    return static_cast<BYTE *>(memcpy(pages + 4096 - bytes.size(), bytes.data(), bytes.size()));
+}
 
 Bytes Put(Bytes b, size_t at, DWORD v)
 {
@@ -91,8 +84,7 @@ Bytes Entry(DWORD length, BYTE last)
 
 int Decode(const Bytes &bytes, BssidEntry *out, int max = 8)
 {
-    GuardedBytes guarded(bytes);
-    return DecodeBssidList(guarded.data, (DWORD)bytes.size(), out, max);
+    return DecodeBssidList(Guarded(bytes), (DWORD)bytes.size(), out, max);
 }
 
 TEST(BssidList, DecodesEntriesAtOddLengthsAndSurvivesWhatTheirLengthsSay)
@@ -129,9 +121,8 @@ TEST(BindingName, StaysInsideTheAnswerAndTheCallersRoom)
         Bytes b = Put(Put(Bytes(size), 4, offset), 8, length);
         for (size_t i = 0; i < 10 && offset + i < size; i++)
             b[offset + i] = i % 2 ? 0 : "WLAN1"[i / 2];
-        GuardedBytes guarded(b);
         WCHAR out[WIRELESS_NAME_CHARS + 1];
-        BindingNameFromRecord(guarded.data, (DWORD)size, out, chars);
+        BindingNameFromRecord(Guarded(b), (DWORD)size, out, chars);
         return std::wstring(out);
     };
     EXPECT_EQ(L"WLA", name(20, 1000, 26));      // cut where the answer ends

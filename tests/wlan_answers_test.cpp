@@ -35,17 +35,9 @@ std::vector<BYTE> Office(size_t n = 4, DWORD count = 0)
     for (size_t i = 0; i < n; i++) {
         WLAN_BSS_ENTRY &e = list->wlanBssEntries[i];
         const auto &h = heard[i % 4];
-        e.dot11Ssid.uSSIDLength = (ULONG)strlen(h.ssid);
+        e = {{(ULONG)strlen(h.ssid)}, 0, {0x3C, 0x52, 0x82, 0x10, 0x20, (BYTE)(i + 1)}, h.type, h.phy, h.rssi, 0, 0, 100,
+             0, 0, h.capability, h.kHz, {i ? 2u : (ULONG)sizeof rates}};
         memcpy(e.dot11Ssid.ucSSID, h.ssid, strlen(h.ssid));
-        memcpy(e.dot11Bssid, "\x3C\x52\x82\x10\x20", 5);
-        e.dot11Bssid[5] = (BYTE)(i + 1);
-        e.dot11BssType = h.type;
-        e.dot11BssPhyType = h.phy;
-        e.lRssi = h.rssi;
-        e.usBeaconPeriod = 100;
-        e.usCapabilityInformation = h.capability;
-        e.ulChCenterFrequency = h.kHz;
-        e.wlanRateSet.uRateSetLength = i ? 2 : sizeof rates;
         std::copy(rates, rates + 12, e.wlanRateSet.usRateSet);
     }
     return bytes;
@@ -57,16 +49,9 @@ protected:
     void Connect(BYTE last, DOT11_PHY_TYPE phy, DOT11_AUTH_ALGORITHM auth = DOT11_AUTH_ALGO_RSNA_PSK,
                  DOT11_CIPHER_ALGORITHM cipher = DOT11_CIPHER_ALGO_CCMP, BOOL security = TRUE)
     {
-        connection_ = WLAN_CONNECTION_ATTRIBUTES();
-        connection_.isState = wlan_interface_state_connected;
-        WLAN_ASSOCIATION_ATTRIBUTES &a = connection_.wlanAssociationAttributes;
-        a.dot11Ssid = {6, "office"};
-        a.dot11BssType = dot11_BSS_type_infrastructure;
-        memcpy(a.dot11Bssid, "\x3C\x52\x82\x10\x20", 5);
-        a.dot11Bssid[5] = last;
-        a.dot11PhyType = phy;
-        a.wlanSignalQuality = 80;
-        connection_.wlanSecurityAttributes = {security, FALSE, auth, cipher};
+        connection_ = {wlan_interface_state_connected, wlan_connection_mode_profile, L"",
+                       {{6, "office"}, dot11_BSS_type_infrastructure, {0x3C, 0x52, 0x82, 0x10, 0x20, last}, phy, 0, 80},
+                       {security, FALSE, auth, cipher}};
         answers_.connection = reinterpret_cast<const uint8_t *>(&connection_);
     }
     // The value's size (0: the query fails), the value in value_.
@@ -102,16 +87,14 @@ TEST_F(WlanAnswersTest, TheBssListInTheDevicesLayoutAsLongAsItFits)
                   (std::vector<DWORD>{e[i].privacy, (DWORD)e[i].rssi, e[i].networkType, e[i].beaconPeriod, e[i].dsConfig,
                                       e[i].infrastructureMode})) << i;
     // As on the device a list that does not fit fails: the 1 KB answer holds nine.
+    // (A count beyond the list, or a list cut inside a record, is the fuzz target's.)
     const struct { size_t entries; DWORD count; uint32_t room, size; } cases[] = {
         {9, 0, OidDataSize(WIRELESS_BUFFER_SIZE), 4 + 9 * 104}, {10, 0, OidDataSize(WIRELESS_BUFFER_SIZE), 0},
-        {2, 0, 4 + 2 * 104 - 1, 0}, {2, 40, 1000, 4 + 2 * 104}, {3, 1, 1000, 4 + 1 * 104}};
+        {2, 0, 4 + 2 * 104 - 1, 0}, {3, 1, 1000, 4 + 1 * 104}};
     for (auto c : cases) {
         list_ = Office(c.entries, c.count);
         EXPECT_EQ(c.size, Query(OID_802_11_BSSID_LIST, c.room)) << c.entries << " " << c.room;
     }
-    list_ = Office(3);
-    list_.pop_back();   // a total size that ends inside the last record
-    EXPECT_EQ(4u + 2 * 104, Query(OID_802_11_BSSID_LIST));
 }
 
 TEST_F(WlanAnswersTest, TheLinkOfAConnectedInterface)
