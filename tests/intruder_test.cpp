@@ -7,7 +7,6 @@
 #include "tests/support.h"
 
 #include <commctrl.h>
-#include <string.h>
 
 #include <fstream>
 #include <iterator>

@@ -75,9 +75,9 @@ TEST_F(OptionsPages, TheSettingsDialogBecomesAFullScreenPageBehindTheSheetAndApp
         fake::g_sheets.destroyed.clear();
         Open(page.templateId, page.proc);
         Notify(PSN_APPLY);
-        EXPECT_EQ(std::vector<HWND>{parent_}, fake::g_sheets.destroyed) << page.templateId;
+        EXPECT_EQ(std::vector<HWND>{parent_}, fake::g_sheets.destroyed) << page.title;
         MSG msg;
-        EXPECT_TRUE(PeekMessageW(&msg, parent_, WM_COMMAND, WM_COMMAND, PM_REMOVE) && msg.wParam == IDOK) << page.templateId;
+        EXPECT_TRUE(PeekMessageW(&msg, parent_, WM_COMMAND, WM_COMMAND, PM_REMOVE) && msg.wParam == IDOK) << page.title;
     }
 }
 

@@ -34,8 +34,9 @@ void Heard(const std::vector<Ap> &aps)
         const Ap &ap = aps[i];
         BYTE *e = &list[4 + 104 * i];
         // The BSSID 00:0F:66:A0:00:last at 4, padded to 12.
-        const DWORD fields[][2] = {{0, 104}, {4, 0xA0660F00}, {8, (DWORD)ap.last << 8}, {12, (DWORD)strlen(ap.ssid)},
-                                   {48, ap.privacy}, {52, (DWORD)ap.rssi}, {56, ap.type}, {72, ap.frequency}, {92, ap.mode}};
+        const DWORD fields[][2] = {
+            {0, 104}, {4, 0xA0660F00}, {8, ap.last * 256u}, {12, (DWORD)strlen(ap.ssid)}, {48, ap.privacy},
+            {52, (DWORD)ap.rssi}, {56, ap.type}, {72, ap.frequency}, {92, ap.mode}};
         for (auto f : fields)
             memcpy(e + f[0], &f[1], 4);
         memcpy(e + 16, ap.ssid, strlen(ap.ssid));
@@ -49,9 +50,6 @@ const Ap kHome = {1, "home", -55, 1, 2437000, 3, 1, kG};
 const Ap kHome5 = {2, "home", -75, 1, 5180000, 2, 1, {0x8C, 0x12, 0x98, 0x24, 0xB0, 0x48, 0x60, 0x6C}};
 const Ap kCafe = {3, "cafe", -85, 0, 24120, 1, 1, {0x02, 0x04, 0x0B, 0x16}};
 const Ap kPeer = {4, "laptop", -68, 0, 2477000, 1, 0, {}};
-
-const std::initializer_list<int> kCardLines = {IDC_CARD_BEACON, IDC_CARD_ATIM, IDC_CARD_FREQUENCY, IDC_CARD_CHANNEL,
-                                               IDC_CARD_AUTH,   IDC_CARD_NETTYPE, IDC_CARD_MODE,   IDC_CARD_WEP};
 
 // A tap on a row of the list, as the list view tells its dialog.
 void TapRow(HWND dialog, int row)
@@ -148,7 +146,8 @@ TEST_F(WirelessTools, CardDetailsTablesByTheLowByteAndTheChannelOnEitherScale)
     for (auto &r : rounds) {
         Configure(r.frequency, r.auth, r.type, r.mode, r.wep);
         Open(IDD_CARD, CardDetailsDlgProc);
-        EXPECT_EQ(r.shown, Shows(kCardLines)) << r.frequency;
+        EXPECT_EQ(r.shown, Shows({IDC_CARD_BEACON, IDC_CARD_ATIM, IDC_CARD_FREQUENCY, IDC_CARD_CHANNEL, IDC_CARD_AUTH,
+                                  IDC_CARD_NETTYPE, IDC_CARD_MODE, IDC_CARD_WEP})) << r.frequency;
     }
     // Each query stands alone: a failed configuration does not stop the others.
     Configure(2437000, 4, 1, 1, 1);
@@ -174,13 +173,10 @@ TEST_F(WirelessTools, SignalViewWordsByBandOnEveryTickAndTheGraphOfTheReadings)
     // the pen's round end a pixel higher; none at -90 or below; the newest at the right.
     int history[SIGNAL_HISTORY_SIZE] = {-80, -30, -90};
     std::fill(history + 3, history + SIGNAL_HISTORY_SIZE, -60);
-    Canvas canvas;
+    Canvas canvas, background;   // a white one: no green but the lines'
     canvas.Make(SIGNALGRAPH_WIDTH, SIGNALGRAPH_HEIGHT);
-    HDC dc = CreateCompatibleDC(nullptr);
-    HGDIOBJ old = SelectObject(dc, LoadBitmapW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDB_SIGNALGRAPH)));
-    PaintSignalGraph(canvas.dc, dc, history);
-    DeleteObject(SelectObject(dc, old));
-    DeleteDC(dc);
+    background.Make(SIGNALGRAPH_WIDTH, SIGNALGRAPH_HEIGHT);
+    PaintSignalGraph(canvas.dc, background.dc, history);
     std::vector<int> tops;
     for (int x : {45, 48, 51, 162}) {
         int y = 0;
