@@ -8,7 +8,6 @@
 namespace {
 
 using fake::g_net;
-typedef std::vector<std::wstring> Texts;
 
 TEST(PublicIpBody, TheBodyRule)
 {
@@ -45,14 +44,7 @@ protected:
         DestroyWindow(dialog_);
         dialog_ = CreateFromTemplate(id, id == IDD_DHCP ? DhcpDlgProc : AdapterDetailsDlgProc);
     }
-    Texts Shows(std::initializer_list<int> ids)
-    {
-        Texts texts;
-        WCHAR text[128];
-        for (int id : ids)
-            texts.push_back(GetDlgItemTextW(dialog_, id, text, 128) ? text : L"");
-        return texts;
-    }
+    Texts Shows(std::initializer_list<int> ids) { return ControlTexts(dialog_, ids); }
     void Command(int id) { SendMessageW(dialog_, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), 0); }
     std::wstring Box(size_t i) { auto &b = fake::g_device.messageBoxes.at(i); return b.text + L"|" + b.caption; }
     HWND dialog_ = nullptr;

@@ -10,7 +10,6 @@
 
 namespace {
 
-typedef std::vector<std::wstring> Texts;
 
 class OptionsPages : public DeviceTest {
 protected:

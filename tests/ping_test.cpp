@@ -11,20 +11,12 @@
 
 namespace {
 
-typedef std::vector<std::wstring> Texts;
 
 class Ping : public DeviceTest {
 protected:
     void TearDown() override { DestroyWindow(dialog_); DeviceTest::TearDown(); }
     void Open(int id = IDD_PING) { DestroyWindow(dialog_); dialog_ = CreateFromTemplate(id, PingDlgProc); }
-    Texts Shows(std::initializer_list<int> ids)
-    {
-        Texts texts;
-        WCHAR text[256];
-        for (int id : ids)
-            texts.push_back(GetDlgItemTextW(dialog_, id, text, 256) ? text : L"");
-        return texts;
-    }
+    Texts Shows(std::initializer_list<int> ids) { return ControlTexts(dialog_, ids); }
     void Command(int id, int code = BN_CLICKED) { SendMessageW(dialog_, WM_COMMAND, MAKEWPARAM(id, code), 0); }
     // Types a host and presses `button`; a ping's echo goes when its timer fires.
     void Press(const wchar_t *host, int button = IDC_PING_GO)

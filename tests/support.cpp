@@ -163,6 +163,15 @@ HWND CreateFromTemplate(int id, DLGPROC proc)
     return dialog;
 }
 
+Texts ControlTexts(HWND dialog, std::initializer_list<int> ids)
+{
+    Texts texts;
+    WCHAR text[256];
+    for (int id : ids)
+        texts.push_back(GetDlgItemTextW(dialog, id, text, 256) ? text : L"");
+    return texts;
+}
+
 SIZE TemplateSize(int id)
 {
     HWND plain = CreateFromTemplate(id, [](HWND, UINT m, WPARAM, LPARAM) -> INT_PTR { return m == WM_INITDIALOG; });

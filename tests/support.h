@@ -60,6 +60,9 @@ std::vector<COLORREF> IconOver(COLORREF background, int id, int side);
 // Dialogs built from the templates linked into the test executable.
 LPCDLGTEMPLATE DialogTemplate(int id);
 HWND CreateFromTemplate(int id, DLGPROC proc);
+// The texts of controls `ids` of `dialog`, in that order ("" for one with none).
+typedef std::vector<std::wstring> Texts;
+Texts ControlTexts(HWND dialog, std::initializer_list<int> ids);
 // The window size a template gives when no dialog procedure moves or sizes it.
 SIZE TemplateSize(int id);
 // Runs template `id` modally under `proc`; once it is up, `script` acts on it

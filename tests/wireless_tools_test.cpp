@@ -15,7 +15,6 @@
 
 namespace {
 
-typedef std::vector<std::wstring> Texts;
 
 struct Ap {
     BYTE last;             // the BSSID's last byte
@@ -82,14 +81,7 @@ protected:
         fake::SetOidDword(OID_802_11_WEP_STATUS, wep);
     }
     void Open(int id, DLGPROC proc = ScannerDlgProc) { DestroyWindow(dialog_); dialog_ = CreateFromTemplate(id, proc); }
-    Texts Shows(std::initializer_list<int> ids)
-    {
-        Texts texts;
-        WCHAR text[128];
-        for (int id : ids)
-            texts.push_back(GetDlgItemTextW(dialog_, id, text, 128) ? text : L"");
-        return texts;
-    }
+    Texts Shows(std::initializer_list<int> ids) { return ControlTexts(dialog_, ids); }
     void Tick() { SendMessageW(dialog_, WM_TIMER, SCANNER_TIMER_ID, 0); }
     // The scanner's rows as image and name: "9 home".
     std::vector<std::string> Rows()
