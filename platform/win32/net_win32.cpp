@@ -24,14 +24,44 @@ DWORD GetIpNetTable(PMIB_IPNETTABLE table, PULONG size, BOOL sorted)
     return ::GetIpNetTable(table, size, sorted);
 }
 
+#ifndef _WIN32_WCE
+// Wine's ws2_32 counts starts and cleanups without a lock, and the cleanup
+// that brings the count to zero closes every socket of the process. The
+// scan's 254 workers each start and clean up at once: counts were lost (some
+// left over once every worker had ended after 30 scans), so a worker's
+// cleanup could also close the sockets of others. One call at a time on the
+// desktop; the device's Winsock keeps its own count safely.
+static volatile LONG g_winsockBusy = 0;
+
+static void LockWinsock()
+{
+    while (InterlockedExchange(&g_winsockBusy, 1))
+        Sleep(0);
+}
+
+static void UnlockWinsock()
+{
+    InterlockedExchange(&g_winsockBusy, 0);
+}
+#else
+static void LockWinsock() {}
+static void UnlockWinsock() {}
+#endif
+
 int WSAStartup(WORD version, LPWSADATA data)
 {
-    return ::WSAStartup(version, data);
+    LockWinsock();
+    int result = ::WSAStartup(version, data);
+    UnlockWinsock();
+    return result;
 }
 
 int WSACleanup()
 {
-    return ::WSACleanup();
+    LockWinsock();
+    int result = ::WSACleanup();
+    UnlockWinsock();
+    return result;
 }
 
 unsigned long inet_addr(const char *text)
