@@ -207,7 +207,7 @@ INT_PTR RunModal(int id, DLGPROC proc, void (*script)(HWND))
 
 void SendDateChange(HWND dialog, int id, int year, int month, int day, bool valid)
 {
-    NMDATETIMECHANGE change = {{GetDlgItem(dialog, id), (UINT_PTR)id, (UINT)DTN_DATETIMECHANGE}, valid ? GDT_VALID : GDT_NONE};
+    NMDATETIMECHANGE change = {{GetDlgItem(dialog, id), (UINT_PTR)id, (UINT)DTN_DATETIMECHANGE}, (DWORD)(valid ? GDT_VALID : GDT_NONE)};
     change.st = {(WORD)year, (WORD)month, 0, (WORD)day};
     SendMessageW(dialog, WM_NOTIFY, id, (LPARAM)&change);
 }
