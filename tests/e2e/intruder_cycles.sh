@@ -49,14 +49,28 @@ touch "$WINEPREFIX/.quorvane-ready"
 
 START=$(date +%s)
 # About 3 minutes; bounded, so that a hang ends in a verdict and a clean-up.
-lan_in_scan timeout 360 "$BUILD/wine-run.sh" "$BUILD/intruder_cycles.exe" "$CYCLES" >"$WORK/out" 2>&1 </dev/null
+lan_in_scan timeout 360 "$BUILD/wine-run.sh" "$BUILD/intruder_cycles.exe" "$CYCLES" >"$WORK/out" 2>&1 </dev/null &
+DRIVER=$!
+# Once Wine's device host has crashed (below) every echo blocks until the
+# time-out: stop at once instead of waiting for it.
+CRASHED=
+while kill -0 $DRIVER 2>/dev/null; do
+    if grep -q "Unhandled" "$WORK/wine.err"; then
+        CRASHED=1
+        lan_in_scan wineserver -k >/dev/null 2>&1
+        break
+    fi
+    sleep 2
+done
+wait $DRIVER
 STATUS=$?
 tr -d '\r' < "$WORK/out" > "$WORK/clean" && mv "$WORK/clean" "$WORK/out"
 # Wine 8's device host, which serves every echo and IP-helper table query of
 # the prefix, now and then corrupts its heap under this load and dies in its
 # thread pool; from then on every such call blocks. No verdict on the
 # detector then: say so and skip.
-if [ $STATUS != 0 ] && grep "Unhandled" "$WORK/wine.err"; then
+if [ -n "$CRASHED" ] || { [ $STATUS != 0 ] && grep -q "Unhandled" "$WORK/wine.err"; }; then
+    grep "Unhandled" "$WORK/wine.err"
     tail -n 1 "$WORK/out"
     skip "Wine's device host (winedevice.exe) crashed: a fault of Wine's, not the detector's"
 fi
