@@ -67,6 +67,18 @@ CONF
 }
 
 # Brings the network up; non-zero when namespaces or veths are unavailable.
+# Wine for the scanner: its server first, inside the namespace, so that Wine
+# sees only the test network; then a fresh prefix in $WINEPREFIX. Wine's own
+# errors (its device host's among them) go to file $1, if given.
+lan_wine_up() {
+    mkdir -p "$WINEPREFIX"
+    lan_in_scan wineserver -p >/dev/null 2>&1 </dev/null
+    lan_in_scan wineboot -i >/dev/null 2>"${1:-/dev/null}" || return 1
+    # Without a window manager every destroyed window costs 2 s unless unmanaged.
+    lan_in_scan wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /t REG_SZ /d N /f >/dev/null 2>&1
+    touch "$WINEPREFIX/.quorvane-ready"
+}
+
 lan_up() {
     ip netns add "$LAN_TAG-b" 2>/dev/null || return 1
     ip netns add "$LAN_TAG-s" || return 1

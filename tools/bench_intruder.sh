@@ -31,9 +31,7 @@ trap 'lan_down; rm -rf "$WORK"' EXIT
 trap 'exit 1' INT TERM HUP
 mkdir -p "$HOME" "$WINEPREFIX"
 lan_up || { echo "bench_intruder: cannot make the test network"; exit 1; }
-lan_in_scan wineserver -p >/dev/null 2>&1 </dev/null
-lan_in_scan wineboot -i >/dev/null 2>&1
-touch "$WINEPREFIX/.quorvane-ready"
+lan_wine_up
 # Wine warm, neighbours forgotten: each tool starts from an empty ARP cache.
 lan_in_scan "$BUILD/wine-run.sh" "$BUILD/bench_intruder.exe" >/dev/null 2>&1
 

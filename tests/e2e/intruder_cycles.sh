@@ -39,13 +39,10 @@ trap 'exit 1' INT TERM HUP
 touch "$WORK/out"
 mkdir -p "$HOME" "$WINEPREFIX"
 lan_up || skip "network namespaces, bridges or veths unavailable"
-lan_in_scan wineserver -p >/dev/null 2>&1 </dev/null
 # Wine's services (its device host among them) write their errors here.
-lan_in_scan wineboot -i >/dev/null 2>"$WORK/wine.err" || fail "wineboot failed"
-lan_in_scan wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /t REG_SZ /d N /f >/dev/null 2>&1
+lan_wine_up "$WORK/wine.err" || fail "wineboot failed"
 # A crash ends the program with its status instead of waiting on a dialog.
 lan_in_scan wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1
-touch "$WINEPREFIX/.quorvane-ready"
 
 START=$(date +%s)
 # About 3 minutes; bounded, so that a hang ends in a verdict and a clean-up.

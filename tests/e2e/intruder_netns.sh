@@ -51,11 +51,7 @@ echo "198.51.100.7 qvlive" > "/etc/netns/$NS/hosts"
 echo "nameserver 127.0.0.1" > "/etc/netns/$NS/resolv.conf"
 lan_up || skip "network namespaces, bridges or veths unavailable"
 
-mkdir -p "$WINEPREFIX"
-lan_in_scan wineserver -p >/dev/null 2>&1 </dev/null
-lan_in_scan wineboot -i >/dev/null 2>&1 || fail "wineboot failed"
-lan_in_scan wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /t REG_SZ /d N /f >/dev/null 2>&1
-touch "$WINEPREFIX/.quorvane-ready"
+lan_wine_up || fail "wineboot failed"
 DATA="$WINEPREFIX/drive_c/Program Files/Ostrik/Quorvane"
 mkdir -p "$DATA"
 # .7 is known: its MAC is in the safe list.
